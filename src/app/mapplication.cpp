@@ -1,0 +1,189 @@
+#include "app/mapplication.h"
+
+#include "app/mlogger.h"
+#include "app/mmath.h"
+#include "app/mnamedmutex.h"
+#include "app/msettings.h"
+#include "app/msingleinstance.h"
+#include "app/mutility.h"
+#include "gpu/mopengl.h"
+
+#include <QDebug>
+#include <QFile>
+#include <QFileOpenEvent>
+#include <QLocale>
+#include <QMainWindow>
+#include <QMessageBox>
+#include <QSplashScreen>
+#include <QSurfaceFormat>
+#include <QTime>
+#include <QTranslator>
+
+#include <cstdlib>
+
+const QString MApplication::serverName = QStringLiteral("com.tarnbeck.quillmere");
+const QString MApplication::mutexName = QStringLiteral("{E28548C0-40FA-45E3-B5AA-856CDD0D68C2}");
+
+MApplication::MApplication(int& argc, char** argv) : QApplication(argc, argv)
+{
+    m_splash = std::make_unique<QSplashScreen>(QPixmap(QStringLiteral(":/icons/logo/splash.png")));
+    setOrganizationName(QStringLiteral("Tarnbeck"));
+    setApplicationName(QStringLiteral("Quillmere"));
+    setOrganizationDomain(QStringLiteral("tarnbeck.org"));
+    setApplicationVersion(QStringLiteral(QUILLMERE_VERSION));
+    setWindowIcon(QIcon(QStringLiteral(":/icons/logo/quillmere.svg")));
+    m_splash->show();
+    processEvents();
+}
+
+MApplication::~MApplication()
+{
+    delete m_mainWindow;
+}
+
+void MApplication::prepareProcess()
+{
+    QCoreApplication::setAttribute(Qt::AA_UseDesktopOpenGL);
+    QCoreApplication::setAttribute(Qt::AA_ShareOpenGLContexts);
+    QCoreApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
+
+    QSurfaceFormat format;
+    format.setVersion(3, 3);
+    format.setSamples(4);
+    format.setDepthBufferSize(24);
+    format.setStencilBufferSize(8);
+    format.setProfile(QSurfaceFormat::CoreProfile);
+    QSurfaceFormat::setDefaultFormat(format);
+}
+
+int MApplication::run(int& argc, char** argv, const std::function<void(MApplication&)>& afterStartUp)
+{
+    int exitCode = 0;
+    do {
+        auto application = std::make_unique<MApplication>(argc, argv);
+        auto guard = std::make_unique<MSingleInstance>(serverName);
+
+        if (guard->sendMessage(serverName, {QStringLiteral("hello")})) {
+            MLogger::instance()->write(QStringLiteral("Only one instance at a time!"));
+            return 0;
+        }
+        if (!application->startUp(*guard)) {
+            application->shutDown();
+            return 0;
+        }
+        guard->listen(serverName);
+        if (afterStartUp)
+            afterStartUp(*application);
+        exitCode = application->exec();
+        application->shutDown();
+        // The guard goes first: it must not outlive the application it connects to.
+        guard.reset();
+        application.reset();
+    } while (exitCode == restartCode);
+    return exitCode;
+}
+
+// The order below is the order every other part of the program relies on;
+// shutDown() is its reverse.
+bool MApplication::startUp(MSingleInstance& guard)
+{
+    MNamedMutex::create(mutexName);
+    connect(&guard, &MSingleInstance::newInstance, this, &MApplication::raiseWindow);
+    std::srand(uint(QTime::currentTime().msec()));
+
+    MSettings::instance();
+    loadTranslation(QStringLiteral("quillmere"));
+    loadTranslation(QStringLiteral("qt"));
+    showSplashMessage(tr("translation loaded..."));
+
+    MMath::instance();
+    MOpenGL::instance();
+
+    emptyTemporaryDirectory();
+
+    if (!MOpenGL::instance()->initialize()) {
+        m_splash->hide();
+        QMessageBox::critical(nullptr, QStringLiteral("Quillmere"),
+                              tr("Can't run Quillmere: your graphic card driver is not supported."),
+                              QMessageBox::Ok);
+        return false;
+    }
+
+    m_mainWindow = new QMainWindow;
+    m_mainWindow->setWindowTitle(QStringLiteral("Quillmere"));
+    m_mainWindow->resize(1024, 720);
+
+    const QStringList arguments = QCoreApplication::arguments();
+    if (arguments.size() > 1 && QFile::exists(arguments.at(1)))
+        MSettings::instance()->set_startupFile(arguments.at(1));
+
+    m_mainWindow->show();
+    m_splash->finish(m_mainWindow);
+    return true;
+}
+
+void MApplication::shutDown()
+{
+    delete m_mainWindow;
+    m_mainWindow = nullptr;
+    emptyTemporaryDirectory();
+
+    MOpenGL::destroy();
+    MMath::destroy();
+    MSettings::destroy();
+}
+
+bool MApplication::loadTranslation(const QString& name)
+{
+    // Translators stay installed for the process: a restart installs new ones
+    // over them.
+    auto* translator = new QTranslator;
+    const QString langId = MSettings::instance()->userLangId().toLower();
+    const QString path =
+        MUtility::translationsDir() + QStringLiteral("%1_%2").arg(name.toLower(), langId) + QStringLiteral(".qm");
+    if (!QFile::exists(path))
+        qDebug() << "error file not found" << path;
+    if (!translator->load(QLocale(langId), path)) {
+        MLogger::instance()->write(
+            QStringLiteral("Error loading %1 translation, langId = %2, path = %3").arg(name, langId, path));
+        delete translator;
+        return false;
+    }
+    QCoreApplication::installTranslator(translator);
+    MLogger::instance()->write(QStringLiteral("%1 translation loaded, langId = %2").arg(name, langId));
+    return true;
+}
+
+bool MApplication::event(QEvent* event)
+{
+    switch (event->type()) {
+    case QEvent::TabletEnterProximity:
+    case QEvent::TabletLeaveProximity:
+        return false;
+    case QEvent::FileOpen:
+        // Opening a document by this route is not offered; the event is consumed.
+        static_cast<QFileOpenEvent*>(event)->url();
+        return true;
+    default:
+        return QApplication::event(event);
+    }
+}
+
+void MApplication::raiseWindow()
+{
+    if (!m_mainWindow)
+        return;
+    m_mainWindow->raise();
+    m_mainWindow->showMaximized();
+    m_mainWindow->activateWindow();
+}
+
+void MApplication::showSplashMessage(const QString& message)
+{
+    m_splash->showMessage(message, Qt::AlignBottom | Qt::AlignLeft, Qt::black);
+}
+
+void MApplication::emptyTemporaryDirectory()
+{
+    MUtility::clearDirectory(MUtility::tempDir(), false, true);
+}

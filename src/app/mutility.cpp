@@ -1,0 +1,104 @@
+#include "app/mutility.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QFile>
+#include <QStandardPaths>
+
+namespace {
+
+QString madePath(const QString& path)
+{
+    QDir().mkpath(path);
+    return path.endsWith(QLatin1Char('/')) ? path : path + QLatin1Char('/');
+}
+
+} // namespace
+
+QString MUtility::applicationDir()
+{
+    return QCoreApplication::applicationDirPath() + QLatin1Char('/');
+}
+
+QString MUtility::userDataDir()
+{
+    return madePath(QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) +
+                    QStringLiteral("/Tarnbeck/Quillmere/"));
+}
+
+QString MUtility::directoryName(MEnum::Directory directory)
+{
+    switch (directory) {
+    case MEnum::BrushDir:
+        return QStringLiteral("brushes");
+    case MEnum::CacheDir:
+        return QStringLiteral("cache");
+    case MEnum::ModelDir:
+        return QStringLiteral("models");
+    case MEnum::PaperDir:
+        return QStringLiteral("papers");
+    case MEnum::ShaderDir:
+        return QStringLiteral("shaders");
+    case MEnum::ShapeDir:
+        return QStringLiteral("shapes");
+    case MEnum::SnippetDir:
+        return QStringLiteral("snippets");
+    case MEnum::SwatchDir:
+        return QStringLiteral("swatches");
+    case MEnum::TemplateDir:
+        return QStringLiteral("templates");
+    case MEnum::TextureDir:
+        return QStringLiteral("textures");
+    }
+    return QString();
+}
+
+QString MUtility::directory(MEnum::PathType pathType, MEnum::Directory directory)
+{
+    // The cache holds tile backups of the running session: always the user's.
+    if (directory == MEnum::CacheDir)
+        return madePath(userDataDir() + directoryName(directory));
+    if (pathType == MEnum::UserPath)
+        return madePath(userDataDir() + QStringLiteral("datas/") + directoryName(directory));
+    return madePath(applicationDir() + QStringLiteral("datas/") + directoryName(directory));
+}
+
+QString MUtility::tempDir()
+{
+    return directory(MEnum::UserPath, MEnum::CacheDir);
+}
+
+QString MUtility::tileFilePath(const QString& id)
+{
+    return tempDir() + id.toLower().trimmed() + QStringLiteral(".data");
+}
+
+QString MUtility::translationsDir()
+{
+    return applicationDir() + QStringLiteral("translations/");
+}
+
+QString MUtility::translationFile(const QString& langId)
+{
+    return translationsDir() + QStringLiteral("quillmere_") + langId + QStringLiteral(".qm");
+}
+
+bool MUtility::clearDirectory(const QString& path, bool removeDir, bool recursive)
+{
+    QDir dir(path);
+    if (!dir.exists())
+        return true;
+    const QFileInfoList entries =
+        dir.entryInfoList(QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot);
+    for (const QFileInfo& entry : entries) {
+        if (entry.isDir() && !entry.isSymLink()) {
+            if (recursive && !clearDirectory(entry.absoluteFilePath(), recursive, recursive))
+                return false;
+        } else if (!QFile::remove(entry.absoluteFilePath())) {
+            return false;
+        }
+    }
+    if (removeDir)
+        return dir.rmdir(dir.absolutePath());
+    return true;
+}

@@ -1,0 +1,24 @@
+#pragma once
+
+#include "app/menum.h"
+
+#include <QString>
+
+// Where every kind of file lives. Each directory handed out ends with "/" and
+// is created when missing.
+class MUtility
+{
+public:
+    static QString applicationDir();
+    static QString userDataDir();
+    static QString directoryName(MEnum::Directory directory);
+    static QString directory(MEnum::PathType pathType, MEnum::Directory directory);
+    static QString tempDir();
+    static QString tileFilePath(const QString& id);
+    static QString translationsDir();
+    static QString translationFile(const QString& langId);
+
+    // Removes the entries of a directory; recursive walks subdirectories and
+    // removes them too. The first failure stops the walk and gives false.
+    static bool clearDirectory(const QString& path, bool removeDir, bool recursive);
+};
