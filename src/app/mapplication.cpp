@@ -1,8 +1,10 @@
 #include "app/mapplication.h"
 
+#include "app/mfileutility.h"
 #include "app/mlogger.h"
 #include "app/mmath.h"
 #include "app/mnamedmutex.h"
+#include "app/mpathvarlist.h"
 #include "app/msettings.h"
 #include "app/msingleinstance.h"
 #include "app/mutility.h"
@@ -94,10 +96,13 @@ bool MApplication::startUp(MSingleInstance& guard)
     MSettings::instance();
     loadTranslation(QStringLiteral("quillmere"));
     loadTranslation(QStringLiteral("qt"));
+    MFileUtility::installData();
     showSplashMessage(tr("translation loaded..."));
 
     MMath::instance();
     MOpenGL::instance();
+
+    MPathVarList::instance();
 
     emptyTemporaryDirectory();
 
@@ -128,6 +133,7 @@ void MApplication::shutDown()
     m_mainWindow = nullptr;
     emptyTemporaryDirectory();
 
+    MPathVarList::destroy();
     MOpenGL::destroy();
     MMath::destroy();
     MSettings::destroy();

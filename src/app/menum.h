@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QMetaEnum>
 #include <QObject>
 
 // The enumerations shared across subsystems, registered with the meta-object
@@ -25,4 +26,18 @@ public:
         TextureDir = 9
     };
     Q_ENUM(Directory)
+
+    enum PaperType { Transparent = 0, Colored = 1, Paper = 2 };
+    Q_ENUM(PaperType)
+
+    enum ResolutionUnit { PixelsPerInch = 0, PixelsPerCentimeter = 1 };
+    Q_ENUM(ResolutionUnit)
+
+    enum Edge { LeftEdge = 0, TopEdge = 1, RightEdge = 2, BottomEdge = 3 };
+    Q_ENUM(Edge)
+
+    // The meta-enum of that name, for editors built from names; invalid when unknown.
+    static QMetaEnum metaEnum(const QString& name);
+    // An enumeration value's name as the user sees it, in the interface language.
+    static QString translatedKey(const char* key);
 };

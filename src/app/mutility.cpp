@@ -1,11 +1,18 @@
 #include "app/mutility.h"
 
+#include "app/meventfilter.h"
+
+#include <QApplication>
 #include <QCoreApplication>
 #include <QDir>
 #include <QFile>
+#include <QPointer>
 #include <QStandardPaths>
 
 namespace {
+
+// Parented to the application, so that it goes with it.
+QPointer<MEventFilter> waitFilter;
 
 QString madePath(const QString& path)
 {
@@ -101,4 +108,29 @@ bool MUtility::clearDirectory(const QString& path, bool removeDir, bool recursiv
     if (removeDir)
         return dir.rmdir(dir.absolutePath());
     return true;
+}
+
+void MUtility::beginWait()
+{
+    if (!waitFilter && qApp) {
+        waitFilter = new MEventFilter(qApp);
+        qApp->installEventFilter(waitFilter);
+    }
+    QApplication::setOverrideCursor(Qt::WaitCursor);
+}
+
+void MUtility::endWait()
+{
+    while (QApplication::overrideCursor())
+        QApplication::restoreOverrideCursor();
+    if (waitFilter) {
+        qApp->removeEventFilter(waitFilter);
+        waitFilter->deleteLater();
+        waitFilter.clear();
+    }
+}
+
+bool MUtility::isWaiting()
+{
+    return !waitFilter.isNull();
 }

@@ -21,4 +21,10 @@ public:
     // Removes the entries of a directory; recursive walks subdirectories and
     // removes them too. The first failure stops the walk and gives false.
     static bool clearDirectory(const QString& path, bool removeDir, bool recursive);
+
+    // Around a long operation: a wait cursor, and no user input reaches the
+    // program until endWait().
+    static void beginWait();
+    static void endWait();
+    static bool isWaiting();
 };
