@@ -1,0 +1,399 @@
+<?xml version="1.0" encoding="utf-8"?>
+<!DOCTYPE TS>
+<TS version="2.1" language="en" sourcelanguage="en">
+<context>
+    <name>MApplication</name>
+    <message>
+        <source>translation loaded...</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Can&apos;t run Quillmere: your graphic card driver is not supported.</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>MEnum</name>
+    <message>
+        <source>Transparent</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Colored</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Paper</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>PixelsPerInch</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>PixelsPerCentimeter</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>LeftEdge</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>TopEdge</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>RightEdge</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>BottomEdge</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>MFileUtility</name>
+    <message>
+        <source>%1 files</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>All files (*.*)</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>WaveFront object files (*.obj)</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Black &amp; White</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Encapsulated Postscript</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Encapsulated PostScript Interchange</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>OpenEXR</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>PC Paintbrush Exchange</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Photoshop Document</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Raw red, green, and blue samples</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Raw red, green, blue, and alpha samples</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Irix RGB</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Truevision Targa</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>eXperimental Computing Facility (GIMP)</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>DirectDraw Surface</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Khoros Visualization</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Windows Bitmap</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Graphic Interchange Format</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Joint Photographic Experts Group</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Joint Photographic Experts Group 2000</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Multiple-image Network Graphics</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Portable Network Graphics</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Portable Bitmap</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Portable Graymap</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Portable Pixmap</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Tagged Image File Format</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>X11 Bitmap</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>X11 Pixmap</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Icon Image</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Scalable Vector Graphics</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Wireless Application Protocol Bitmap</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>WebP</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>All image files</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>First %1 execution.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1 is configuring installation, please wait.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Processing %3: file %1 of %2 </source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>MPathVarList</name>
+    <message>
+        <source>Documents path</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Images path</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Installation path</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>MSettings</name>
+    <message>
+        <source>User</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Document</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Grid</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Display</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Editor</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Shortcuts</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Save layout</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>User language</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Translate composition modes</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Show instructions</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Texts duration</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>OpenGL SDK documentation url</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Color history length</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Palette swatch size</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Control point size</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Default width</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Default height</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Paper type</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Paper color</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Paper name</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Show empty paper background</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Resolution unit</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Undo/redo limit (8 to 64)</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Auto extent document</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Paint margin</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Document background color</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Grid size</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Show grid</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Grid color</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Align to grid</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Align to grid size</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Smooth pixels</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Smooth until zoom reaches X</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Show thumbnails</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Show thumbnails names only</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Thumbnail size</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Thumbnail opacity</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Thumbnail color</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Thumbnail selection color</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Thumbnail position</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Show tiling</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Tab size</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Font name</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Font size</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Smart tab</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+</TS>
