@@ -12,6 +12,12 @@ else
   build_dir="$root/build"
   cmake_flags=(-DQUILLMERE_SANITIZE=OFF)
 fi
+# CI treats warnings as errors.
+if [ -n "${CI:-}" ]; then
+  cmake_flags+=(-DQUILLMERE_WERROR=ON)
+else
+  cmake_flags+=(-DQUILLMERE_WERROR=OFF)
+fi
 
 # Precompiled headers and ccache work together only with these allowances.
 export CCACHE_SLOPPINESS=pch_defines,time_macros,include_file_mtime,include_file_ctime

@@ -34,6 +34,7 @@ MApplication::MApplication(int& argc, char** argv) : QApplication(argc, argv)
     setOrganizationDomain(QStringLiteral("tarnbeck.org"));
     setApplicationVersion(QStringLiteral(QUILLMERE_VERSION));
     setWindowIcon(QIcon(QStringLiteral(":/icons/logo/quillmere.svg")));
+    registerInstance(this);
     m_splash->show();
     processEvents();
 }

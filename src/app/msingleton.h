@@ -13,7 +13,7 @@ public:
     {
         if constexpr (std::is_default_constructible_v<T>) {
             if (!s_instance)
-                s_instance = new T;
+                registerInstance(new T);
         }
         return s_instance;
     }
@@ -24,25 +24,35 @@ public:
     {
         T* object = s_instance;
         s_instance = nullptr;
+        s_base = nullptr;
         delete object;
     }
 
 protected:
-    // An object made by other means than instance() (MApplication lives on the
-    // stack) registers itself here and unregisters when it dies.
-    MSingleton()
-    {
-        if (!s_instance)
-            s_instance = static_cast<T*>(this);
-    }
+    MSingleton() = default;
+    // The pointer is cleared by address: while this runs, the object is no
+    // longer a T.
     virtual ~MSingleton()
     {
-        if (s_instance == static_cast<T*>(this))
+        if (s_base == this) {
             s_instance = nullptr;
+            s_base = nullptr;
+        }
+    }
+
+    // An object made by other means than instance() (MApplication lives on the
+    // stack) registers itself once fully constructed.
+    static void registerInstance(T* object)
+    {
+        if (s_instance)
+            return;
+        s_instance = object;
+        s_base = object;
     }
     MSingleton(const MSingleton&) = delete;
     MSingleton& operator=(const MSingleton&) = delete;
 
 private:
     static inline T* s_instance = nullptr;
+    static inline const MSingleton* s_base = nullptr;
 };
