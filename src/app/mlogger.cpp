@@ -8,9 +8,11 @@
 
 MLogger::MLogger()
 {
-    QFile file(logFilePath());
-    if (file.open(QIODevice::WriteOnly | QIODevice::Truncate))
-        file.close();
+    if (s_fileEnabled) {
+        QFile file(logFilePath());
+        if (file.open(QIODevice::WriteOnly | QIODevice::Truncate))
+            file.close();
+    }
     write(QStringLiteral("starting tarnbeck log session"));
 }
 
@@ -28,6 +30,8 @@ void MLogger::write(const QString& text)
         line += QLatin1Char('.');
     qDebug().noquote() << line;
 
+    if (!s_fileEnabled)
+        return;
     QFile file(logFilePath());
     if (!file.open(QIODevice::WriteOnly | QIODevice::Append))
         return;
@@ -38,6 +42,11 @@ void MLogger::write(const QString& text)
     m_stream.flush();
     m_stream.setDevice(nullptr);
     file.close();
+}
+
+void MLogger::setFileEnabled(bool enabled)
+{
+    s_fileEnabled = enabled;
 }
 
 void MLogger::systemError(const QString& source, const QString& message)

@@ -13,6 +13,9 @@ public:
     MLogger();
 
     static QString logFilePath();
+    // Tools that run beside the program keep out of its log: their lines go to
+    // the debug stream only. Set before the first line is written.
+    static void setFileEnabled(bool enabled);
 
     // Appends one dated line; a log that can't be opened drops the line.
     void write(const QString& text);
@@ -21,5 +24,6 @@ public:
     static void systemError(const QString& source, const QString& message);
 
 private:
+    static inline bool s_fileEnabled = true;
     QTextStream m_stream;
 };

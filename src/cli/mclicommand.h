@@ -1,0 +1,27 @@
+#pragma once
+
+#include <QString>
+#include <QStringList>
+
+class QTextStream;
+
+// One command of quillmere-cli, named by its words ("effect check").
+class MCliCommand
+{
+public:
+    virtual ~MCliCommand() = default;
+
+    virtual QStringList words() const = 0;
+    virtual QString usage() const = 0;
+    virtual QString summary() const = 0;
+    // Whether the command needs a GUI application (an OpenGL context) for
+    // these arguments; a plain core application serves the others.
+    virtual bool needsGui(const QStringList& arguments) const
+    {
+        Q_UNUSED(arguments);
+        return false;
+    }
+    // Runs with the arguments after the command's words. 0 means success,
+    // 1 that the input had errors, 2 a usage error.
+    virtual int run(const QStringList& arguments, QTextStream& out, QTextStream& err) = 0;
+};
