@@ -2,6 +2,222 @@
 <!DOCTYPE TS>
 <TS version="2.1" language="en" sourcelanguage="en">
 <context>
+    <name>DSettings</name>
+    <message>
+        <source>Settings</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Ok</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>English</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>French</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>edit</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Search</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Description</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Shortcut</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Edit</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Edit the shortcut.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Reset</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Reset the shortcut to the default shortcut.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Reset all</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Reset all the shortcuts to the default shortcuts.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Copy</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Copy the table to clipboard, paste it in something like excel and print it to get a shortcut list sheet.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The shortcut %1 already exists for action &apos;%2&apos;. Do you want to replace it?</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Clear</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>DShaderParams</name>
+    <message>
+        <source>Effect settings</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Preview</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Remove</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Apply</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Apply the effect to layer. You can remove the effect later.</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>DTextureParam</name>
+    <message>
+        <source>Texture shader parameter</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Browse for the texture file</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Insert a path variable</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Var name</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>File name</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Min filter</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Mag filter</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Wrap s</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Wrap t</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Ok</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The variable name must begin with a letter or &quot;_&quot; and hold only letters, digits and &quot;_&quot;.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; is a word of the parameter language and can&apos;t name a texture.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Names beginning with &quot;gl_&quot; are reserved by OpenGL.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The file name can&apos;t hold both single and double quotes.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The file name must be on one line.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Texture file</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Images (*.png *.jpg *.jpeg *.bmp *.tif *.tiff *.webp);;All files (*)</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>Enum</name>
+    <message>
+        <source>Transparent</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Colored</source>
+        <translation>Colored</translation>
+    </message>
+    <message>
+        <source>Paper</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>PixelsPerInch</source>
+        <translation>Pixels per inch</translation>
+    </message>
+    <message>
+        <source>PixelsPerCentimeter</source>
+        <translation>Pixels per centimetre</translation>
+    </message>
+    <message>
+        <source>LeftEdge</source>
+        <translation>Left edge</translation>
+    </message>
+    <message>
+        <source>TopEdge</source>
+        <translation>Top edge</translation>
+    </message>
+    <message>
+        <source>RightEdge</source>
+        <translation>Right edge</translation>
+    </message>
+    <message>
+        <source>BottomEdge</source>
+        <translation>Bottom edge</translation>
+    </message>
+</context>
+<context>
     <name>MApplication</name>
     <message>
         <source>translation loaded...</source>
@@ -13,41 +229,31 @@
     </message>
 </context>
 <context>
-    <name>MEnum</name>
+    <name>MColorEdit</name>
     <message>
-        <source>Transparent</source>
+        <source>Choose a color</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>MFieldPanel</name>
+    <message>
+        <source>Edit dynamic settings</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>MFileNameEdit</name>
+    <message>
+        <source>Images (*.png *.jpg *.jpeg *.bmp *.tif *.tiff *.webp);;All files (*)</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <source>Colored</source>
+        <source>Browse for a file</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <source>Paper</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>PixelsPerInch</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>PixelsPerCentimeter</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>LeftEdge</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>TopEdge</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>RightEdge</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>BottomEdge</source>
+        <source>Choose a file</source>
         <translation type="unfinished"></translation>
     </message>
 </context>
@@ -393,6 +599,21 @@
     </message>
     <message>
         <source>Smart tab</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>MShader</name>
+    <message>
+        <source>Errors during parameters compilation:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Warning: texture file doesn&apos;t exits: </source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Errors during options compilation:</source>
         <translation type="unfinished"></translation>
     </message>
 </context>

@@ -2,398 +2,619 @@
 <!DOCTYPE TS>
 <TS version="2.1" language="fr" sourcelanguage="en">
 <context>
-    <name>MApplication</name>
+    <name>DSettings</name>
     <message>
-        <source>translation loaded...</source>
-        <translation type="unfinished"></translation>
+        <source>Settings</source>
+        <translation>Paramètres</translation>
     </message>
     <message>
-        <source>Can&apos;t run Quillmere: your graphic card driver is not supported.</source>
-        <translation type="unfinished"></translation>
+        <source>Ok</source>
+        <translation>Ok</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>Annuler</translation>
+    </message>
+    <message>
+        <source>English</source>
+        <translation>Anglais</translation>
+    </message>
+    <message>
+        <source>French</source>
+        <translation>Français</translation>
+    </message>
+    <message>
+        <source>edit</source>
+        <translation>modifier</translation>
+    </message>
+    <message>
+        <source>Search</source>
+        <translation>Rechercher</translation>
+    </message>
+    <message>
+        <source>Description</source>
+        <translation>Description</translation>
+    </message>
+    <message>
+        <source>Shortcut</source>
+        <translation>Raccourci</translation>
+    </message>
+    <message>
+        <source>Edit</source>
+        <translation>Modifier</translation>
+    </message>
+    <message>
+        <source>Edit the shortcut.</source>
+        <translation>Modifier le raccourci.</translation>
+    </message>
+    <message>
+        <source>Reset</source>
+        <translation>Réinitialiser</translation>
+    </message>
+    <message>
+        <source>Reset the shortcut to the default shortcut.</source>
+        <translation>Remettre le raccourci par défaut.</translation>
+    </message>
+    <message>
+        <source>Reset all</source>
+        <translation>Tout réinitialiser</translation>
+    </message>
+    <message>
+        <source>Reset all the shortcuts to the default shortcuts.</source>
+        <translation>Remettre tous les raccourcis par défaut.</translation>
+    </message>
+    <message>
+        <source>Copy</source>
+        <translation>Copier</translation>
+    </message>
+    <message>
+        <source>Copy the table to clipboard, paste it in something like excel and print it to get a shortcut list sheet.</source>
+        <translation>Copier le tableau dans le presse-papiers : collez-le dans un tableur et imprimez-le pour obtenir une fiche des raccourcis.</translation>
+    </message>
+    <message>
+        <source>The shortcut %1 already exists for action &apos;%2&apos;. Do you want to replace it?</source>
+        <translation>Le raccourci %1 existe déjà pour l&apos;action « %2 ». Voulez-vous le remplacer ?</translation>
+    </message>
+    <message>
+        <source>Clear</source>
+        <translation>Effacer</translation>
     </message>
 </context>
 <context>
-    <name>MEnum</name>
+    <name>DShaderParams</name>
+    <message>
+        <source>Effect settings</source>
+        <translation>Réglages de l&apos;effet</translation>
+    </message>
+    <message>
+        <source>Preview</source>
+        <translation>Aperçu</translation>
+    </message>
+    <message>
+        <source>Remove</source>
+        <translation>Retirer</translation>
+    </message>
+    <message>
+        <source>Apply</source>
+        <translation>Appliquer</translation>
+    </message>
+    <message>
+        <source>Apply the effect to layer. You can remove the effect later.</source>
+        <translation>Appliquer l&apos;effet au calque. Vous pourrez le retirer plus tard.</translation>
+    </message>
+</context>
+<context>
+    <name>DTextureParam</name>
+    <message>
+        <source>Texture shader parameter</source>
+        <translation>Paramètre de texture du shader</translation>
+    </message>
+    <message>
+        <source>Browse for the texture file</source>
+        <translation>Choisir le fichier de texture</translation>
+    </message>
+    <message>
+        <source>Insert a path variable</source>
+        <translation>Insérer une variable de chemin</translation>
+    </message>
+    <message>
+        <source>Var name</source>
+        <translation>Nom de variable</translation>
+    </message>
+    <message>
+        <source>File name</source>
+        <translation>Nom de fichier</translation>
+    </message>
+    <message>
+        <source>Min filter</source>
+        <translation>Filtre de réduction</translation>
+    </message>
+    <message>
+        <source>Mag filter</source>
+        <translation>Filtre d&apos;agrandissement</translation>
+    </message>
+    <message>
+        <source>Wrap s</source>
+        <translation>Répétition s</translation>
+    </message>
+    <message>
+        <source>Wrap t</source>
+        <translation>Répétition t</translation>
+    </message>
+    <message>
+        <source>Ok</source>
+        <translation>Ok</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>Annuler</translation>
+    </message>
+    <message>
+        <source>The variable name must begin with a letter or &quot;_&quot; and hold only letters, digits and &quot;_&quot;.</source>
+        <translation>Le nom de variable doit commencer par une lettre ou « _ » et ne contenir que des lettres, des chiffres et « _ ».</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; is a word of the parameter language and can&apos;t name a texture.</source>
+        <translation>« %1 » est un mot du langage des paramètres et ne peut pas nommer une texture.</translation>
+    </message>
+    <message>
+        <source>Names beginning with &quot;gl_&quot; are reserved by OpenGL.</source>
+        <translation>Les noms commençant par « gl_ » sont réservés par OpenGL.</translation>
+    </message>
+    <message>
+        <source>The file name can&apos;t hold both single and double quotes.</source>
+        <translation>Le nom de fichier ne peut pas contenir à la fois des apostrophes et des guillemets.</translation>
+    </message>
+    <message>
+        <source>The file name must be on one line.</source>
+        <translation>Le nom de fichier doit tenir sur une ligne.</translation>
+    </message>
+    <message>
+        <source>Texture file</source>
+        <translation>Fichier de texture</translation>
+    </message>
+    <message>
+        <source>Images (*.png *.jpg *.jpeg *.bmp *.tif *.tiff *.webp);;All files (*)</source>
+        <translation>Images (*.png *.jpg *.jpeg *.bmp *.tif *.tiff *.webp);;Tous les fichiers (*)</translation>
+    </message>
+</context>
+<context>
+    <name>Enum</name>
     <message>
         <source>Transparent</source>
-        <translation type="unfinished"></translation>
+        <translation>Transparent</translation>
     </message>
     <message>
         <source>Colored</source>
-        <translation type="unfinished"></translation>
+        <translation>Couleur unie</translation>
     </message>
     <message>
         <source>Paper</source>
-        <translation type="unfinished"></translation>
+        <translation>Papier</translation>
     </message>
     <message>
         <source>PixelsPerInch</source>
-        <translation type="unfinished"></translation>
+        <translation>Pixels par pouce</translation>
     </message>
     <message>
         <source>PixelsPerCentimeter</source>
-        <translation type="unfinished"></translation>
+        <translation>Pixels par centimètre</translation>
     </message>
     <message>
         <source>LeftEdge</source>
-        <translation type="unfinished"></translation>
+        <translation>Bord gauche</translation>
     </message>
     <message>
         <source>TopEdge</source>
-        <translation type="unfinished"></translation>
+        <translation>Bord haut</translation>
     </message>
     <message>
         <source>RightEdge</source>
-        <translation type="unfinished"></translation>
+        <translation>Bord droit</translation>
     </message>
     <message>
         <source>BottomEdge</source>
-        <translation type="unfinished"></translation>
+        <translation>Bord bas</translation>
+    </message>
+</context>
+<context>
+    <name>MApplication</name>
+    <message>
+        <source>translation loaded...</source>
+        <translation>traduction chargée...</translation>
+    </message>
+    <message>
+        <source>Can&apos;t run Quillmere: your graphic card driver is not supported.</source>
+        <translation>Impossible de lancer Quillmere : le pilote de votre carte graphique n&apos;est pas pris en charge.</translation>
+    </message>
+</context>
+<context>
+    <name>MColorEdit</name>
+    <message>
+        <source>Choose a color</source>
+        <translation>Choisir une couleur</translation>
+    </message>
+</context>
+<context>
+    <name>MFieldPanel</name>
+    <message>
+        <source>Edit dynamic settings</source>
+        <translation>Modifier les réglages dynamiques</translation>
+    </message>
+</context>
+<context>
+    <name>MFileNameEdit</name>
+    <message>
+        <source>Images (*.png *.jpg *.jpeg *.bmp *.tif *.tiff *.webp);;All files (*)</source>
+        <translation>Images (*.png *.jpg *.jpeg *.bmp *.tif *.tiff *.webp);;Tous les fichiers (*)</translation>
+    </message>
+    <message>
+        <source>Browse for a file</source>
+        <translation>Choisir un fichier</translation>
+    </message>
+    <message>
+        <source>Choose a file</source>
+        <translation>Choisir un fichier</translation>
     </message>
 </context>
 <context>
     <name>MFileUtility</name>
     <message>
         <source>%1 files</source>
-        <translation type="unfinished"></translation>
+        <translation>Fichiers %1</translation>
     </message>
     <message>
         <source>All files (*.*)</source>
-        <translation type="unfinished"></translation>
+        <translation>Tous les fichiers (*.*)</translation>
     </message>
     <message>
         <source>WaveFront object files (*.obj)</source>
-        <translation type="unfinished"></translation>
+        <translation>Fichiers objet WaveFront (*.obj)</translation>
     </message>
     <message>
         <source>Black &amp; White</source>
-        <translation type="unfinished"></translation>
+        <translation>Noir et blanc</translation>
     </message>
     <message>
         <source>Encapsulated Postscript</source>
-        <translation type="unfinished"></translation>
+        <translation>PostScript encapsulé</translation>
     </message>
     <message>
         <source>Encapsulated PostScript Interchange</source>
-        <translation type="unfinished"></translation>
+        <translation>PostScript encapsulé d&apos;échange</translation>
     </message>
     <message>
         <source>OpenEXR</source>
-        <translation type="unfinished"></translation>
+        <translation>OpenEXR</translation>
     </message>
     <message>
         <source>PC Paintbrush Exchange</source>
-        <translation type="unfinished"></translation>
+        <translation>PC Paintbrush Exchange</translation>
     </message>
     <message>
         <source>Photoshop Document</source>
-        <translation type="unfinished"></translation>
+        <translation>Document Photoshop</translation>
     </message>
     <message>
         <source>Raw red, green, and blue samples</source>
-        <translation type="unfinished"></translation>
+        <translation>Échantillons bruts rouge, vert et bleu</translation>
     </message>
     <message>
         <source>Raw red, green, blue, and alpha samples</source>
-        <translation type="unfinished"></translation>
+        <translation>Échantillons bruts rouge, vert, bleu et alpha</translation>
     </message>
     <message>
         <source>Irix RGB</source>
-        <translation type="unfinished"></translation>
+        <translation>RVB Irix</translation>
     </message>
     <message>
         <source>Truevision Targa</source>
-        <translation type="unfinished"></translation>
+        <translation>Truevision Targa</translation>
     </message>
     <message>
         <source>eXperimental Computing Facility (GIMP)</source>
-        <translation type="unfinished"></translation>
+        <translation>eXperimental Computing Facility (GIMP)</translation>
     </message>
     <message>
         <source>DirectDraw Surface</source>
-        <translation type="unfinished"></translation>
+        <translation>Surface DirectDraw</translation>
     </message>
     <message>
         <source>Khoros Visualization</source>
-        <translation type="unfinished"></translation>
+        <translation>Visualisation Khoros</translation>
     </message>
     <message>
         <source>Windows Bitmap</source>
-        <translation type="unfinished"></translation>
+        <translation>Bitmap Windows</translation>
     </message>
     <message>
         <source>Graphic Interchange Format</source>
-        <translation type="unfinished"></translation>
+        <translation>Graphic Interchange Format</translation>
     </message>
     <message>
         <source>Joint Photographic Experts Group</source>
-        <translation type="unfinished"></translation>
+        <translation>Joint Photographic Experts Group</translation>
     </message>
     <message>
         <source>Joint Photographic Experts Group 2000</source>
-        <translation type="unfinished"></translation>
+        <translation>Joint Photographic Experts Group 2000</translation>
     </message>
     <message>
         <source>Multiple-image Network Graphics</source>
-        <translation type="unfinished"></translation>
+        <translation>Multiple-image Network Graphics</translation>
     </message>
     <message>
         <source>Portable Network Graphics</source>
-        <translation type="unfinished"></translation>
+        <translation>Portable Network Graphics</translation>
     </message>
     <message>
         <source>Portable Bitmap</source>
-        <translation type="unfinished"></translation>
+        <translation>Bitmap portable</translation>
     </message>
     <message>
         <source>Portable Graymap</source>
-        <translation type="unfinished"></translation>
+        <translation>Niveaux de gris portable</translation>
     </message>
     <message>
         <source>Portable Pixmap</source>
-        <translation type="unfinished"></translation>
+        <translation>Pixmap portable</translation>
     </message>
     <message>
         <source>Tagged Image File Format</source>
-        <translation type="unfinished"></translation>
+        <translation>Tagged Image File Format</translation>
     </message>
     <message>
         <source>X11 Bitmap</source>
-        <translation type="unfinished"></translation>
+        <translation>Bitmap X11</translation>
     </message>
     <message>
         <source>X11 Pixmap</source>
-        <translation type="unfinished"></translation>
+        <translation>Pixmap X11</translation>
     </message>
     <message>
         <source>Icon Image</source>
-        <translation type="unfinished"></translation>
+        <translation>Image d&apos;icône</translation>
     </message>
     <message>
         <source>Scalable Vector Graphics</source>
-        <translation type="unfinished"></translation>
+        <translation>Graphiques vectoriels adaptables</translation>
     </message>
     <message>
         <source>Wireless Application Protocol Bitmap</source>
-        <translation type="unfinished"></translation>
+        <translation>Bitmap WAP</translation>
     </message>
     <message>
         <source>WebP</source>
-        <translation type="unfinished"></translation>
+        <translation>WebP</translation>
     </message>
     <message>
         <source>All image files</source>
-        <translation type="unfinished"></translation>
+        <translation>Tous les fichiers image</translation>
     </message>
     <message>
         <source>First %1 execution.</source>
-        <translation type="unfinished"></translation>
+        <translation>Première exécution de %1.</translation>
     </message>
     <message>
         <source>%1 is configuring installation, please wait.</source>
-        <translation type="unfinished"></translation>
+        <translation>%1 configure l&apos;installation, veuillez patienter.</translation>
     </message>
     <message>
         <source>Processing %3: file %1 of %2 </source>
-        <translation type="unfinished"></translation>
+        <translation>Traitement de %3 : fichier %1 sur %2 </translation>
     </message>
 </context>
 <context>
     <name>MPathVarList</name>
     <message>
         <source>Documents path</source>
-        <translation type="unfinished"></translation>
+        <translation>Dossier des documents</translation>
     </message>
     <message>
         <source>Images path</source>
-        <translation type="unfinished"></translation>
+        <translation>Dossier des images</translation>
     </message>
     <message>
         <source>Installation path</source>
-        <translation type="unfinished"></translation>
+        <translation>Dossier d&apos;installation</translation>
     </message>
 </context>
 <context>
     <name>MSettings</name>
     <message>
         <source>User</source>
-        <translation type="unfinished"></translation>
+        <translation>Utilisateur</translation>
     </message>
     <message>
         <source>Document</source>
-        <translation type="unfinished"></translation>
+        <translation>Document</translation>
     </message>
     <message>
         <source>Grid</source>
-        <translation type="unfinished"></translation>
+        <translation>Grille</translation>
     </message>
     <message>
         <source>Display</source>
-        <translation type="unfinished"></translation>
+        <translation>Affichage</translation>
     </message>
     <message>
         <source>Editor</source>
-        <translation type="unfinished"></translation>
+        <translation>Éditeur</translation>
     </message>
     <message>
         <source>Shortcuts</source>
-        <translation type="unfinished"></translation>
+        <translation>Raccourcis</translation>
     </message>
     <message>
         <source>Save layout</source>
-        <translation type="unfinished"></translation>
+        <translation>Enregistrer la disposition</translation>
     </message>
     <message>
         <source>User language</source>
-        <translation type="unfinished"></translation>
+        <translation>Langue de l&apos;utilisateur</translation>
     </message>
     <message>
         <source>Translate composition modes</source>
-        <translation type="unfinished"></translation>
+        <translation>Traduire les modes de composition</translation>
     </message>
     <message>
         <source>Show instructions</source>
-        <translation type="unfinished"></translation>
+        <translation>Afficher les instructions</translation>
     </message>
     <message>
         <source>Texts duration</source>
-        <translation type="unfinished"></translation>
+        <translation>Durée des textes</translation>
     </message>
     <message>
         <source>OpenGL SDK documentation url</source>
-        <translation type="unfinished"></translation>
+        <translation>Adresse de la documentation OpenGL</translation>
     </message>
     <message>
         <source>Color history length</source>
-        <translation type="unfinished"></translation>
+        <translation>Longueur de l&apos;historique des couleurs</translation>
     </message>
     <message>
         <source>Palette swatch size</source>
-        <translation type="unfinished"></translation>
+        <translation>Taille des pastilles de palette</translation>
     </message>
     <message>
         <source>Control point size</source>
-        <translation type="unfinished"></translation>
+        <translation>Taille des points de contrôle</translation>
     </message>
     <message>
         <source>Default width</source>
-        <translation type="unfinished"></translation>
+        <translation>Largeur par défaut</translation>
     </message>
     <message>
         <source>Default height</source>
-        <translation type="unfinished"></translation>
+        <translation>Hauteur par défaut</translation>
     </message>
     <message>
         <source>Paper type</source>
-        <translation type="unfinished"></translation>
+        <translation>Type de papier</translation>
     </message>
     <message>
         <source>Paper color</source>
-        <translation type="unfinished"></translation>
+        <translation>Couleur du papier</translation>
     </message>
     <message>
         <source>Paper name</source>
-        <translation type="unfinished"></translation>
+        <translation>Nom du papier</translation>
     </message>
     <message>
         <source>Show empty paper background</source>
-        <translation type="unfinished"></translation>
+        <translation>Afficher le fond de papier vide</translation>
     </message>
     <message>
         <source>Resolution unit</source>
-        <translation type="unfinished"></translation>
+        <translation>Unité de résolution</translation>
     </message>
     <message>
         <source>Undo/redo limit (8 to 64)</source>
-        <translation type="unfinished"></translation>
+        <translation>Limite d&apos;annulation (8 à 64)</translation>
     </message>
     <message>
         <source>Auto extent document</source>
-        <translation type="unfinished"></translation>
+        <translation>Étendre le document automatiquement</translation>
     </message>
     <message>
         <source>Paint margin</source>
-        <translation type="unfinished"></translation>
+        <translation>Marge de peinture</translation>
     </message>
     <message>
         <source>Document background color</source>
-        <translation type="unfinished"></translation>
+        <translation>Couleur de fond du document</translation>
     </message>
     <message>
         <source>Grid size</source>
-        <translation type="unfinished"></translation>
+        <translation>Taille de la grille</translation>
     </message>
     <message>
         <source>Show grid</source>
-        <translation type="unfinished"></translation>
+        <translation>Afficher la grille</translation>
     </message>
     <message>
         <source>Grid color</source>
-        <translation type="unfinished"></translation>
+        <translation>Couleur de la grille</translation>
     </message>
     <message>
         <source>Align to grid</source>
-        <translation type="unfinished"></translation>
+        <translation>Aligner sur la grille</translation>
     </message>
     <message>
         <source>Align to grid size</source>
-        <translation type="unfinished"></translation>
+        <translation>Pas d&apos;alignement sur la grille</translation>
     </message>
     <message>
         <source>Smooth pixels</source>
-        <translation type="unfinished"></translation>
+        <translation>Lisser les pixels</translation>
     </message>
     <message>
         <source>Smooth until zoom reaches X</source>
-        <translation type="unfinished"></translation>
+        <translation>Lisser jusqu&apos;au zoom X</translation>
     </message>
     <message>
         <source>Show thumbnails</source>
-        <translation type="unfinished"></translation>
+        <translation>Afficher les vignettes</translation>
     </message>
     <message>
         <source>Show thumbnails names only</source>
-        <translation type="unfinished"></translation>
+        <translation>N&apos;afficher que les noms des vignettes</translation>
     </message>
     <message>
         <source>Thumbnail size</source>
-        <translation type="unfinished"></translation>
+        <translation>Taille des vignettes</translation>
     </message>
     <message>
         <source>Thumbnail opacity</source>
-        <translation type="unfinished"></translation>
+        <translation>Opacité des vignettes</translation>
     </message>
     <message>
         <source>Thumbnail color</source>
-        <translation type="unfinished"></translation>
+        <translation>Couleur des vignettes</translation>
     </message>
     <message>
         <source>Thumbnail selection color</source>
-        <translation type="unfinished"></translation>
+        <translation>Couleur de sélection des vignettes</translation>
     </message>
     <message>
         <source>Thumbnail position</source>
-        <translation type="unfinished"></translation>
+        <translation>Position des vignettes</translation>
     </message>
     <message>
         <source>Show tiling</source>
-        <translation type="unfinished"></translation>
+        <translation>Afficher les tuiles</translation>
     </message>
     <message>
         <source>Tab size</source>
-        <translation type="unfinished"></translation>
+        <translation>Taille des tabulations</translation>
     </message>
     <message>
         <source>Font name</source>
-        <translation type="unfinished"></translation>
+        <translation>Police</translation>
     </message>
     <message>
         <source>Font size</source>
-        <translation type="unfinished"></translation>
+        <translation>Taille de police</translation>
     </message>
     <message>
         <source>Smart tab</source>
-        <translation type="unfinished"></translation>
+        <translation>Tabulation intelligente</translation>
+    </message>
+</context>
+<context>
+    <name>MShader</name>
+    <message>
+        <source>Errors during parameters compilation:</source>
+        <translation>Erreurs à la compilation des paramètres :</translation>
+    </message>
+    <message>
+        <source>Warning: texture file doesn&apos;t exits: </source>
+        <translation>Attention : le fichier de texture n&apos;existe pas : </translation>
+    </message>
+    <message>
+        <source>Errors during options compilation:</source>
+        <translation>Erreurs à la compilation des options :</translation>
     </message>
 </context>
 </TS>

@@ -6,11 +6,11 @@ namespace {
 
 // Names shown in editors, so that the translation tools find them.
 [[maybe_unused]] const char* const shownNames[] = {
-    QT_TRANSLATE_NOOP("MEnum", "Transparent"),   QT_TRANSLATE_NOOP("MEnum", "Colored"),
-    QT_TRANSLATE_NOOP("MEnum", "Paper"),         QT_TRANSLATE_NOOP("MEnum", "PixelsPerInch"),
-    QT_TRANSLATE_NOOP("MEnum", "PixelsPerCentimeter"), QT_TRANSLATE_NOOP("MEnum", "LeftEdge"),
-    QT_TRANSLATE_NOOP("MEnum", "TopEdge"),       QT_TRANSLATE_NOOP("MEnum", "RightEdge"),
-    QT_TRANSLATE_NOOP("MEnum", "BottomEdge"),
+    QT_TRANSLATE_NOOP("Enum", "Transparent"),   QT_TRANSLATE_NOOP("Enum", "Colored"),
+    QT_TRANSLATE_NOOP("Enum", "Paper"),         QT_TRANSLATE_NOOP("Enum", "PixelsPerInch"),
+    QT_TRANSLATE_NOOP("Enum", "PixelsPerCentimeter"), QT_TRANSLATE_NOOP("Enum", "LeftEdge"),
+    QT_TRANSLATE_NOOP("Enum", "TopEdge"),       QT_TRANSLATE_NOOP("Enum", "RightEdge"),
+    QT_TRANSLATE_NOOP("Enum", "BottomEdge"),
 };
 
 } // namespace
@@ -24,5 +24,5 @@ QMetaEnum MEnum::metaEnum(const QString& name)
 
 QString MEnum::translatedKey(const char* key)
 {
-    return QCoreApplication::translate("MEnum", key);
+    return QCoreApplication::translate("Enum", key);
 }

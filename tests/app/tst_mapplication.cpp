@@ -26,6 +26,7 @@ private Q_SLOTS:
     void restartRunsStartUpAndShutDownAgain();
     void aFirstArgumentIsKeptOnlyWhenTheFileExists();
     void mathTableHoldsItsAngles();
+    void frenchIsShownWhenChosen();
 
 private:
     static QString logText();
@@ -144,6 +145,31 @@ void TestApplication::mathTableHoldsItsAngles()
     QCOMPARE(math.table()[29], std::atan2(10.0, 10.0));
     for (int i = 2; i < MMath::tableSize; ++i)
         QVERIFY(math.table()[i] > math.table()[i - 1]);
+}
+
+void TestApplication::frenchIsShownWhenChosen()
+{
+    QSettings().setValue(QStringLiteral("userLangId"), QStringLiteral("FR"));
+    QByteArray program = "quillmere";
+    char* argv[] = {program.data(), nullptr};
+    int argc = 1;
+    QString splashText;
+    QString settingsLabel;
+    QString qtText;
+    const int code = MApplication::run(argc, argv, [&](MApplication& application) {
+        splashText = QCoreApplication::translate("MApplication", "translation loaded...");
+        settingsLabel = MSettings::instance()->item(QStringLiteral("showGrid"))->label();
+        qtText = QCoreApplication::translate("QPlatformTheme", "Cancel");
+        MSettings::instance()->set_userLangId(QStringLiteral("en"));
+        QTimer::singleShot(0, &application, [] { QCoreApplication::exit(0); });
+    });
+    QCOMPARE(code, 0);
+    QCOMPARE(splashText, QStringLiteral("traduction chargée..."));
+    QCOMPARE(settingsLabel, QStringLiteral("Afficher la grille"));
+    QCOMPARE(qtText, QStringLiteral("Annuler"));
+    const QString log = logText();
+    QVERIFY(log.contains(QStringLiteral("Quillmere translation loaded, langId = fr.")));
+    QVERIFY(log.contains(QStringLiteral("Qt translation loaded, langId = fr.")));
 }
 
 // The program's loop makes its own application objects, so none is made here.
