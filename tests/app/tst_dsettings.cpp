@@ -38,10 +38,10 @@ const char* const actionSpecs[][3] = {{"actionSave", "&Save", "Ctrl+S"},
 std::unique_ptr<QWidget> makeActionsWidget()
 {
     auto widget = std::make_unique<QWidget>();
-    for (const auto& spec : actionSpecs) {
-        auto* action = new QAction(QString::fromLatin1(spec[1]), widget.get());
-        action->setObjectName(QString::fromLatin1(spec[0]));
-        action->setShortcut(QKeySequence(QString::fromLatin1(spec[2])));
+    for (const auto& entry : actionSpecs) {
+        auto* action = new QAction(QString::fromLatin1(entry[1]), widget.get());
+        action->setObjectName(QString::fromLatin1(entry[0]));
+        action->setShortcut(QKeySequence(QString::fromLatin1(entry[2])));
     }
     // Without a name an action can't be stored, so it isn't listed.
     auto* unnamed = new QAction(QStringLiteral("Unnamed"), widget.get());
@@ -651,17 +651,17 @@ void TestDSettings::resetRestoresTheDefaults()
     QCOMPARE(dialog.pendingShortcut(QStringLiteral("actionUndo")), key("Alt+Z"));
 
     child<QPushButton>(dialog, "btnResetAll")->click();
-    for (const auto& spec : actionSpecs)
-        QCOMPARE(dialog.pendingShortcut(QString::fromLatin1(spec[0])), key(spec[2]));
+    for (const auto& entry : actionSpecs)
+        QCOMPARE(dialog.pendingShortcut(QString::fromLatin1(entry[0])), key(entry[2]));
     QVERIFY(dialog.replaceQuestions.isEmpty());
     QCOMPARE(shortcutOf(actions.get(), "actionUndo"), key("Alt+Z"));
 
     dialog.on_btnOk_clicked();
-    for (const auto& spec : actionSpecs) {
-        QCOMPARE(shortcutOf(actions.get(), spec[0]), key(spec[2]));
+    for (const auto& entry : actionSpecs) {
+        QCOMPARE(shortcutOf(actions.get(), entry[0]), key(entry[2]));
         QCOMPARE(
-            MSettings::instance()->value(QStringLiteral("action/") + QString::fromLatin1(spec[0])).toString(),
-            QString::fromLatin1(spec[2]));
+            MSettings::instance()->value(QStringLiteral("action/") + QString::fromLatin1(entry[0])).toString(),
+            QString::fromLatin1(entry[2]));
     }
 }
 
