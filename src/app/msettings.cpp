@@ -174,7 +174,7 @@ QColor MSettings::colorValue(const QString& key, const QColor& defaultValue) con
         result = stored.value<QColor>();
     else if (stored.type() == QVariant::String)
         result = QColor(stored.toString());
-    if (result.isValid())
+    if (result.isValid() && result.spec() <= QColor::ExtendedRgb)
         return result;
     reportWrongType(key);
     return defaultValue;
