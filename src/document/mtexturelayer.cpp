@@ -1,5 +1,8 @@
 #include "document/mtexturelayer.h"
 
+#include "app/mutility.h"
+#include "document/mcanvasreader.h"
+#include "document/mcanvaswriter.h"
 #include "document/mtexturetile.h"
 
 #include <QDebug>
@@ -35,5 +38,24 @@ void MTextureLayer::shutDown()
 void MTextureLayer::clear()
 {
     shutDown();
+    // The set points into the tree; it must not outlive the tiles.
+    m_changedTiles.clear();
     MTiledLayer::clear();
+}
+
+bool MTextureLayer::saveBackup()
+{
+    const QString id = newId();
+    if (MCanvasWriter::saveLayerToFile(MUtility::tileFilePath(id), this) != MCanvasWriter::Success)
+        return false;
+    m_backupId = id;
+    return true;
+}
+
+bool MTextureLayer::restoreBackup(const QString& id)
+{
+    if (MCanvasReader::loadLayerFromFile(MUtility::tileFilePath(id), this) != MCanvasReader::Success)
+        return false;
+    m_backupId = id;
+    return true;
 }

@@ -1,4 +1,5 @@
 #include "support/glcontext.h"
+#include "support/logwatch.h"
 #include "support/testenvironment.h"
 
 #include "app/mlogger.h"
@@ -24,29 +25,13 @@ static uint qHash(const QRect& rect, uint seed = 0)
 
 namespace {
 
+using QuillmereTest::LogWatch;
+
 constexpr int tileSize = 512;
 constexpr int tileBytes = tileSize * tileSize * 4;
 constexpr int cellSize = 64;
 // One block of the changed-cells shape: its rectangle, then 64 x 64 pixels.
 constexpr int blockBytes = 16 + cellSize * cellSize * 4;
-
-// What the log gained since the watch was made.
-class LogWatch
-{
-public:
-    LogWatch() : m_start(QFileInfo(MLogger::logFilePath()).size()) {}
-    QString added() const
-    {
-        QFile file(MLogger::logFilePath());
-        if (!file.open(QIODevice::ReadOnly))
-            return QString();
-        file.seek(m_start);
-        return QString::fromUtf8(file.readAll());
-    }
-
-private:
-    qint64 m_start;
-};
 
 // Bytes that differ from pixel to pixel and from seed to seed.
 QByteArray pattern(quint32 seed)

@@ -1,0 +1,200 @@
+#pragma once
+
+#include "app/menum.h"
+#include "document/mtexturelayer.h"
+#include "lists/mlistmodel.h"
+
+#include <QByteArray>
+#include <QColor>
+#include <QHash>
+#include <QImage>
+#include <QPainterPath>
+#include <QRectF>
+#include <QSize>
+#include <QString>
+#include <QVariant>
+
+#include <memory>
+
+class QOffscreenSurface;
+class QOpenGLContext;
+class QUndoStack;
+
+// The document: a list of texture layers with row 0 at the bottom of the
+// stack, the page (painted rectangle) and its paper, the selection, the undo
+// history, and the GL context in which all its textures live. Canvas
+// coordinates have their origin at the centre of the page.
+class MCanvas : public MListModel<MTextureLayer>
+{
+    Q_OBJECT
+    Q_PROPERTY(bool clipStroke READ clipStroke WRITE setClipStroke NOTIFY clipStrokeChanged)
+    Q_PROPERTY(bool hasSelection READ hasSelection NOTIFY hasSelectionChanged)
+    Q_PROPERTY(QRectF paintedRect READ paintedRect WRITE setPaintedRect NOTIFY paintedRectChanged)
+    Q_PROPERTY(QString fileName READ fileName WRITE setFileName NOTIFY fileNameChanged)
+    Q_PROPERTY(bool isNew READ isNew WRITE setIsNew NOTIFY isNewChanged)
+    Q_PROPERTY(bool isReadOnly READ isReadOnly WRITE setIsReadOnly NOTIFY isReadOnlyChanged)
+    Q_PROPERTY(bool isModified READ isModified NOTIFY modifiedChanged)
+
+public:
+    explicit MCanvas(QObject* parent = nullptr);
+    ~MCanvas() override;
+
+    bool clipStroke() const { return m_clipStroke; }
+    bool hasSelection() const { return m_hasSelection; }
+    bool isGlInitialized() const { return m_isGlInitialized; }
+    QRectF paintedRect() const { return m_paintedRect; }
+    MEnum::PaperType paperType() const { return m_paperType; }
+    QColor paperColor() const { return m_paperColor; }
+    QString paperName() const { return m_paperName; }
+    QImage paperTile() const { return m_paperTile; }
+    QPainterPath selectionPath() const { return m_selectionPath; }
+    double paintMargin() const { return m_paintMargin; }
+    bool autoExtent() const { return m_autoExtent; }
+    MTextureLayer* strokeLayer() const { return m_strokeLayer.get(); }
+    MTextureLayer* selectionLayer() const { return m_selectionLayer.get(); }
+    QOpenGLContext* context() const { return m_context.get(); }
+    QString fileName() const { return m_fileName; }
+    bool isNew() const { return m_isNew; }
+    bool isReadOnly() const { return m_isReadOnly; }
+    QUndoStack* undoStack() const { return m_undoStack; }
+    bool strokeInProgress() const { return m_strokeInProgress; }
+    int lastError() const { return m_lastError; }
+    // Derived from the undo stack: away from its clean state, which a new,
+    // loaded or saved document starts at.
+    bool isModified() const;
+
+    // How many files each backup id is held by.
+    int registeredCount(const QString& id) const { return m_registeredIds.value(id); }
+
+    static int canvasCount() { return s_canvasCount; }
+    static int macroBeginCount() { return s_macroBeginCount; }
+    static int macroEndCount() { return s_macroEndCount; }
+
+    // False without GL; true when the context is, or could be made, current.
+    bool makeCurrent();
+    // Once: the canvas's own context and surface, then one undoable-free layer.
+    void initializeGL();
+    void shutDown();
+    // Frees every layer's textures, the stroke and selection layers' too, and
+    // empties the list.
+    void clearLayers();
+
+    // A layer that isn't in the list yet.
+    MTextureLayer* createLayer();
+    // True when a stroke may paint on the current layer.
+    bool canPaint() const;
+
+    void registerId(const QString& id);
+    void unregisterId(const QString& id);
+
+    void beginMacro(const QString& text);
+    void endMacro();
+
+    // Writes the document; on success it is no longer new and has no history.
+    bool save(const QString& fileName);
+    // Reads a document in place of this one; a failed read leaves an empty new document.
+    bool load(const QString& fileName);
+
+public Q_SLOTS:
+    void setClipStroke(bool clipStroke);
+
+    // Layer list. An index of -1 means the current layer.
+    void appendLayer();
+    void prependLayer();
+    void removeLayer(int layerIndex = -1);
+    void removeLayers();
+    void removeEmptyLayers();
+    void showLayer(int layerIndex = -1);
+    void lockLayer(int layerIndex = -1);
+    void showAllLayers();
+    void hideAllLayers();
+    void hideAllLayersExcept(int except);
+    void lockAllLayers();
+    void unlockAllLayers();
+    // "Up" in the panel is a lower row.
+    void moveUpLayer(int layerIndex = -1);
+    void moveDownLayer(int layerIndex = -1);
+    void nextLayer();
+    void previousLayer();
+    void setLayerProperties(int layerIndex, const QHash<QByteArray, QVariant>& oldValues,
+                            const QHash<QByteArray, QVariant>& newValues);
+
+    // Paper and page.
+    void setPaperSize(const QSize& size, bool clip = false);
+    void setPaperName(const QString& name);
+    void setPaperType(MEnum::PaperType type);
+    void setPaperTile(const QImage& image);
+    void setPaperColor(const QColor& color);
+    void setPaintMargin(double margin);
+    void setAutoExtent(bool autoExtent);
+
+    // Selection.
+    void setClipPath(const QPainterPath& path);
+    void resetSelectionPath();
+    void resetClipPath();
+    void invertClipPath();
+    void cropToSelection();
+
+    void setPaintedRect(const QRectF& rect);
+    // Undoable: the page becomes rect, aligned to whole pixels.
+    void updatePaintedRect(const QRectF& rect);
+
+    void setFileName(const QString& fileName);
+    void setIsNew(bool isNew);
+    void setIsReadOnly(bool isReadOnly);
+    void undo();
+    void redo();
+    // A new document from the settings: one layer, no history.
+    void clear();
+    void refresh();
+
+Q_SIGNALS:
+    void clipStrokeChanged(bool clipStroke);
+    void hasSelectionChanged(bool hasSelection);
+    void refreshNow();
+    void refresh(bool useTimer, const QRectF& canvasRect);
+    void paintedRectChanged(const QRectF& rect);
+    void thumbnailSizeChanged(int size);
+    void fileNameChanged(const QString& fileName);
+    void isNewChanged(bool isNew);
+    void isReadOnlyChanged(bool isReadOnly);
+    void modifiedChanged();
+    void selectionChanged();
+    void updateThumbnail(MCanvas* canvas, int layerIndex);
+    void layerListReset();
+
+private:
+    void connectSignals();
+    void disconnectSignals();
+    bool loadPaper(const QString& name);
+    void setHasSelection(bool hasSelection);
+    int resolveRow(int layerIndex) const { return layerIndex < 0 ? currentRow() : layerIndex; }
+    void setAllLayers(const char* property, bool value);
+
+    bool m_clipStroke = true;
+    bool m_hasSelection = false;
+    bool m_isGlInitialized = false;
+    QRectF m_paintedRect;
+    MEnum::PaperType m_paperType = MEnum::Colored;
+    QColor m_paperColor = Qt::white;
+    QString m_paperName;
+    QImage m_paperTile;
+    QPainterPath m_selectionPath;
+    double m_paintMargin = 0.0;
+    bool m_autoExtent = false;
+    std::unique_ptr<MTextureLayer> m_strokeLayer;
+    std::unique_ptr<MTextureLayer> m_selectionLayer;
+    std::unique_ptr<QOpenGLContext> m_context;
+    std::unique_ptr<QOffscreenSurface> m_surface;
+    QHash<QString, int> m_registeredIds;
+    QString m_fileName;
+    bool m_isNew = true;
+    bool m_isReadOnly = false;
+    QUndoStack* m_undoStack = nullptr;
+    bool m_strokeInProgress = false;
+    int m_lastError = 0;
+
+    static inline int s_canvasCount = 0;
+    static inline int s_macroBeginCount = 0;
+    static inline int s_macroEndCount = 0;
+};
