@@ -13,13 +13,26 @@
 #include "document/mcommandremovelayer.h"
 #include "document/mcommandsetpaintedrect.h"
 #include "document/mcommandupdatelayerproperties.h"
+#include "document/mcommandupdatetile.h"
+#include "document/mtexturetile.h"
+#include "effects/mshader.h"
+#include "effects/mshaderlist.h"
 #include "gpu/mopengl.h"
+#include "gpu/mpaintengine.h"
+#include "gpu/mpaintparams.h"
+#include "gpu/mshareddata.h"
+#include "gpu/mtransform.h"
 
+#include <QClipboard>
 #include <QDebug>
 #include <QFile>
 #include <QFileInfo>
+#include <QGuiApplication>
 #include <QOffscreenSurface>
 #include <QOpenGLContext>
+#include <QOpenGLFramebufferObject>
+#include <QOpenGLFunctions>
+#include <QPainter>
 #include <QUndoStack>
 
 namespace {
@@ -37,6 +50,8 @@ bool fuzzyEqual(double a, double b)
 MCanvas::MCanvas(QObject* parent) : MListModel<MTextureLayer>(parent)
 {
     ++s_canvasCount;
+    m_sharedData = new MSharedData(this);
+    m_paintEngine = new MPaintEngine(this);
     MSettings* settings = MSettings::instance();
     m_paperType = MEnum::PaperType(settings->paperType());
     m_paperColor = settings->paperColor();
@@ -113,6 +128,11 @@ void MCanvas::initializeGL()
         MLogger::systemError(source, contextFailure);
         return;
     }
+    m_sharedData->initializeGL();
+    if (!m_paintEngine->initializeGL()) {
+        MLogger::systemError(source, QStringLiteral("Unable to create paint engine"));
+        return;
+    }
     // A new document has one layer, and that layer cannot be undone.
     new MCommandAppendLayer(this);
     m_undoStack->clear();
@@ -123,6 +143,8 @@ void MCanvas::shutDown()
     if (!makeCurrent())
         MLogger::systemError(QStringLiteral("MCanvas::shutDown"), contextFailure);
     disconnectSignals();
+    m_paintEngine->shutDown();
+    m_sharedData->shutDown();
     clearLayers();
     if (m_surface)
         m_surface->destroy();
@@ -408,6 +430,7 @@ bool MCanvas::loadPaper(const QString& name)
         image = image.convertToFormat(QImage::Format_ARGB32_Premultiplied);
     m_paperName = name.trimmed();
     m_paperTile = image;
+    m_paintEngine->resetPaper();
     return true;
 }
 
@@ -432,6 +455,7 @@ void MCanvas::setPaperTile(const QImage& image)
     m_paperTile = image.format() == QImage::Format_ARGB32_Premultiplied || image.isNull()
                       ? image
                       : image.convertToFormat(QImage::Format_ARGB32_Premultiplied);
+    m_paintEngine->resetPaper();
     refresh();
 }
 
@@ -578,4 +602,286 @@ void MCanvas::clear()
 void MCanvas::refresh()
 {
     Q_EMIT refreshNow();
+}
+
+void MCanvas::mergeStrokeTile(MTextureTile* destination, int layerIndex)
+{
+    m_paintEngine->drawTile(destination, layerIndex, GL_ONE, GL_ZERO, m_sharedData->programList(),
+                            QStringLiteral("stroke"), 1.0, m_strokeLayer->opacity(),
+                            m_sharedData->vertexArray());
+}
+
+void MCanvas::blitTile(MTextureTile* destination, MTextureTile* source, double opacity, bool replace)
+{
+    m_paintEngine->blitTile(destination, source, GL_ONE, replace ? GL_ZERO : GL_ONE_MINUS_SRC_ALPHA,
+                            m_sharedData->programList(), QStringLiteral("blit"), opacity,
+                            m_sharedData->vertexArray());
+}
+
+QImage MCanvas::render(const QString& program, int width, int height, const QPainterPath& clipPath,
+                       bool drawPaper, bool drawAllLayers, const QList<int>& layers)
+{
+    if (width <= 0 || height <= 0)
+        return QImage();
+    if (!makeCurrent()) {
+        MLogger::systemError(QStringLiteral("MCanvas::render"), contextFailure);
+        return QImage();
+    }
+    QOpenGLFramebufferObjectFormat format;
+    format.setAttachment(QOpenGLFramebufferObject::NoAttachment);
+    format.setSamples(0);
+    format.setMipmap(false);
+    format.setInternalTextureFormat(GL_RGBA8);
+    format.setTextureTarget(GL_TEXTURE_2D);
+    QOpenGLFramebufferObject framebuffer(width, height, format);
+    if (!framebuffer.isValid() || !framebuffer.bind()) {
+        MLogger::systemError(QStringLiteral("MCanvas::render"),
+                             QStringLiteral("Unable to create frame buffer"));
+        return QImage();
+    }
+    QOpenGLFunctions* gl = m_context->functions();
+    gl->glClearColor(0, 0, 0, 0);
+    gl->glClear(GL_COLOR_BUFFER_BIT);
+
+    const QRectF source = clipPath.isEmpty() ? m_paintedRect : clipPath.boundingRect();
+    const QRectF target(0, 0, width, height);
+    // The source fits the target whole, centred.
+    MTransform transform;
+    const double scale = qMin(target.width() / source.width(), target.height() / source.height());
+    transform.zoom(scale, QPointF());
+    transform.setTranslation(target.center() - source.center() * scale);
+
+    MPaintParams params;
+    params.context = m_context.get();
+    params.canvas = this;
+    params.programList = m_sharedData->programList();
+    params.vertexArray = m_sharedData->vertexArray();
+    params.viewRect = target;
+    params.useDevicePixelRatio = false;
+    params.transform = &transform;
+    params.clipRect = source;
+    if (drawPaper)
+        m_paintEngine->drawPaper(&params);
+    if (drawAllLayers) {
+        m_paintEngine->drawLayers(&params);
+    } else {
+        const QList<int> rows = layers.isEmpty() ? QList<int>{currentRow()} : layers;
+        for (int row : rows) {
+            MTextureLayer* layer = at(row);
+            if (!layer)
+                continue;
+            params.layer = layer;
+            params.underLayer = at(row - 1);
+            params.opacity = layer->opacity();
+            params.shaderName = program;
+            m_paintEngine->drawLayer(&params);
+        }
+    }
+    framebuffer.release();
+    return framebuffer.toImage();
+}
+
+QImage MCanvas::render(int layerIndex)
+{
+    const QSize size = m_paintedRect.size().toSize();
+    return render(QStringLiteral("basic"), size.width(), size.height(), QPainterPath(), false, false,
+                  {layerIndex});
+}
+
+QImage MCanvas::render()
+{
+    const QSize size = m_paintedRect.size().toSize();
+    return render(QStringLiteral("basic"), size.width(), size.height(), QPainterPath(), true, true);
+}
+
+void MCanvas::copyToClipboard(bool useSelection)
+{
+    if (!current())
+        return;
+    const QPainterPath path = useSelection ? m_selectionPath : QPainterPath();
+    const QSize size = (useSelection ? m_selectionPath.boundingRect() : m_paintedRect).size().toSize();
+    const QImage image =
+        render(QStringLiteral("blit"), size.width(), size.height(), path, false, false, {currentRow()});
+    if (!image.isNull())
+        QGuiApplication::clipboard()->setImage(image);
+}
+
+void MCanvas::updateLayerThumbnail(int layerIndex)
+{
+    const int row = resolveRow(layerIndex);
+    MTextureLayer* layer = at(row);
+    if (!layer || m_paintedRect.isEmpty())
+        return;
+    // The page's shape, fitted in a square of the thumbnail size.
+    const int edge = qMax(1, MSettings::instance()->thumbnailSize());
+    const double scale = edge / qMax(m_paintedRect.width(), m_paintedRect.height());
+    const int width = qMax(1, qRound(m_paintedRect.width() * scale));
+    const int height = qMax(1, qRound(m_paintedRect.height() * scale));
+    const QImage image = render(QStringLiteral("basic"), width, height, QPainterPath(), false, false, {row});
+    if (!image.isNull())
+        layer->setThumbnail(image);
+}
+
+void MCanvas::duplicateLayer(int layerIndex)
+{
+    const int row = resolveRow(layerIndex);
+    MTextureLayer* source = at(row);
+    if (!source)
+        return;
+    makeCurrent();
+    beginMacro(tr("Duplicate layer"));
+    new MCommandAppendLayer(this);
+    const int copyRow = count() - 1;
+    MTextureLayer* copy = at(copyRow);
+    for (int i = 0; i < source->tileCount(); ++i) {
+        auto* tile = dynamic_cast<MTextureTile*>(source->tile(i));
+        auto* target =
+            tile ? dynamic_cast<MTextureTile*>(copy->addTile(QRectF(tile->rect()).center())) : nullptr;
+        if (target && target->isCreated())
+            new MCommandUpdateTile(this, copyRow, target, tile, 1.0, false, true);
+    }
+    endMacro();
+    Q_EMIT updateThumbnail(this, copyRow);
+    refresh();
+}
+
+void MCanvas::mergeLayers(int under, int over)
+{
+    MTextureLayer* lower = at(under);
+    MTextureLayer* upper = at(over);
+    if (!lower || !upper || under == over)
+        return;
+    makeCurrent();
+    beginMacro(tr("Merge layer"));
+    for (int i = 0; i < upper->tileCount(); ++i) {
+        auto* tile = dynamic_cast<MTextureTile*>(upper->tile(i));
+        auto* target =
+            tile ? dynamic_cast<MTextureTile*>(lower->addTile(QRectF(tile->rect()).center())) : nullptr;
+        if (target && target->isCreated())
+            new MCommandUpdateTile(this, under, target, tile, upper->opacity(), false, false);
+    }
+    new MCommandRemoveLayer(this, over);
+    endMacro();
+    Q_EMIT updateThumbnail(this, indexOf(lower));
+    refresh();
+}
+
+void MCanvas::mergeLayerWithUpper(int layerIndex)
+{
+    const int row = resolveRow(layerIndex);
+    mergeLayers(row, row + 1);
+}
+
+void MCanvas::mergeLayerWithLower(int layerIndex)
+{
+    const int row = resolveRow(layerIndex);
+    mergeLayers(row - 1, row);
+}
+
+void MCanvas::applyEffect()
+{
+    MTextureLayer* layer = current();
+    if (!layer || !layer->isShaderActive())
+        return;
+    MShader* shader = MShaderList::instance()->shader(layer->shaderId());
+    if (!shader)
+        return;
+    makeCurrent();
+    const int row = currentRow();
+    beginMacro(
+        tr("Apply effect %1").arg(shader->description().isEmpty() ? shader->id() : shader->description()));
+    m_strokeLayer->clear();
+    for (int i = 0; i < layer->tileCount(); ++i) {
+        auto* tile = dynamic_cast<MTextureTile*>(layer->tile(i));
+        if (!tile || !tile->isCreated())
+            continue;
+        auto* result = dynamic_cast<MTextureTile*>(m_strokeLayer->addTile(QRectF(tile->rect()).center()));
+        if (!result || !result->isCreated())
+            continue;
+        m_paintEngine->drawTileOnTexture(tile, row, result->texture(), GL_ONE, GL_ZERO,
+                                         m_sharedData->programList(), layer->shaderId(), 1.0, 1.0,
+                                         m_sharedData->vertexArray());
+        result->recordChange(QRectF(result->outerRect()));
+        new MCommandUpdateTile(this, row, tile, result, 1.0, false, true);
+    }
+    Q_EMIT updateThumbnail(this, row);
+    endMacro();
+    m_strokeLayer->clear();
+    layer->set_isShaderActive(false);
+    refresh();
+}
+
+bool MCanvas::pasteImage(const QPointF& point, const QImage& image, bool replaceClip, const QString& title,
+                         int layerIndex, const QRect& rect, bool overwrite)
+{
+    const int row = resolveRow(layerIndex);
+    MTextureLayer* layer = at(row);
+    if (!layer || !layer->visible() || layer->locked() || image.isNull())
+        return false;
+    makeCurrent();
+    const QPoint topLeft((point - QPointF(image.width() / 2, image.height() / 2)).toPoint());
+    const QRect target(topLeft, image.size());
+    beginMacro(title.isEmpty() ? tr("Paste an image") : title);
+    setClipStroke(replaceClip);
+    const QRect area = rect.isEmpty() ? target : rect.translated(topLeft);
+    QSet<MTile*> tiles;
+    layer->tilesInRect(QRectF(area), tiles);
+    m_strokeLayer->clear();
+    for (MTile* tile : qAsConst(tiles)) {
+        auto* layerTile = dynamic_cast<MTextureTile*>(tile);
+        auto* strokeTile = dynamic_cast<MTextureTile*>(m_strokeLayer->addTile(QRectF(tile->rect()).center()));
+        if (!layerTile || !strokeTile || !layerTile->isCreated() || !strokeTile->isCreated())
+            continue;
+        const QRect outer = strokeTile->outerRect();
+        const QRect touched = outer.intersected(target);
+        if (touched.isEmpty())
+            continue;
+        QImage piece(outer.size(), QImage::Format_ARGB32_Premultiplied);
+        piece.fill(Qt::transparent);
+        QPainter painter(&piece);
+        painter.drawImage(target.topLeft() - outer.topLeft(), image);
+        painter.end();
+        strokeTile->setData(piece);
+        strokeTile->recordChange(QRectF(touched));
+        new MCommandUpdateTile(this, row, layerTile, strokeTile, 1.0, false, overwrite);
+    }
+    Q_EMIT updateThumbnail(this, row);
+    endMacro();
+    setClipStroke(false);
+    m_strokeLayer->clear();
+    refresh();
+    return true;
+}
+
+void MCanvas::appendImage(const QPointF& point, const QImage& image)
+{
+    beginMacro(tr("Append an image"));
+    new MCommandAppendLayer(this);
+    pasteImage(point, image, false, tr("Paste an image"));
+    endMacro();
+}
+
+bool MCanvas::loadImage(const QString& fileName)
+{
+    m_lastError = 0;
+    QImage image(fileName);
+    if (image.isNull()) {
+        m_lastError = 1;
+        return false;
+    }
+    if (!makeCurrent())
+        MLogger::systemError(QStringLiteral("MCanvas::loadImage"), contextFailure);
+    disconnectSignals();
+    clearLayers();
+    setClipPath(QPainterPath());
+    new MCommandAppendLayer(this);
+    setPaperSize(image.size());
+    pasteImage(QPointF(0, 0), image, false, QString(), currentRow());
+    connectSignals();
+    setFileName(fileName);
+    setIsNew(true);
+    m_undoStack->clear();
+    setCurrentRow(count() - 1);
+    Q_EMIT layerListReset();
+    return true;
 }

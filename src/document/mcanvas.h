@@ -16,6 +16,9 @@
 
 #include <memory>
 
+class MPaintEngine;
+class MSharedData;
+class MTextureTile;
 class QOffscreenSurface;
 class QOpenGLContext;
 class QUndoStack;
@@ -43,6 +46,8 @@ public:
     bool hasSelection() const { return m_hasSelection; }
     bool isGlInitialized() const { return m_isGlInitialized; }
     QRectF paintedRect() const { return m_paintedRect; }
+    MSharedData* sharedData() const { return m_sharedData; }
+    MPaintEngine* paintEngine() const { return m_paintEngine; }
     MEnum::PaperType paperType() const { return m_paperType; }
     QColor paperColor() const { return m_paperColor; }
     QString paperName() const { return m_paperName; }
@@ -90,6 +95,32 @@ public:
     void beginMacro(const QString& text);
     void endMacro();
 
+    // Tile writes of the undo commands, on the canvas's context. A stroke tile
+    // goes through "stroke" with the stroke layer's opacity; a blit goes over
+    // the tile, or replaces it; a null source clears.
+    void mergeStrokeTile(MTextureTile* destination, int layerIndex);
+    void blitTile(MTextureTile* destination, MTextureTile* source, double opacity, bool replace);
+
+    // Draws into an image of width by height, fitting the clip path's bounds,
+    // or the page when the path is empty. Without drawAllLayers only the
+    // listed layers are drawn, or the current one when the list is empty.
+    QImage render(const QString& program, int width, int height, const QPainterPath& clipPath, bool drawPaper,
+                  bool drawAllLayers, const QList<int>& layers = QList<int>());
+    // One layer at the page's size, without paper.
+    QImage render(int layerIndex);
+    // The whole picture at the page's size: paper and every layer.
+    QImage render();
+
+    // Lays image centred on point into a layer (-1: the current one), as one
+    // undo step. A non-empty rect limits the tiles to that part of the image.
+    bool pasteImage(const QPointF& point, const QImage& image, bool replaceClip,
+                    const QString& title = QString(), int layerIndex = -1, const QRect& rect = QRect(),
+                    bool overwrite = false);
+    // A new layer holding the image.
+    void appendImage(const QPointF& point, const QImage& image);
+    // Opens any image as a new document of its size.
+    bool loadImage(const QString& fileName);
+
     // Writes the document; on success it is no longer new and has no history.
     bool save(const QString& fileName);
     // Reads a document in place of this one; a failed read leaves an empty new document.
@@ -116,6 +147,15 @@ public Q_SLOTS:
     void moveDownLayer(int layerIndex = -1);
     void nextLayer();
     void previousLayer();
+    // Only the pixels are copied: the copy has default properties.
+    void duplicateLayer(int layerIndex = -1);
+    void mergeLayers(int under, int over);
+    void mergeLayerWithUpper(int layerIndex = -1);
+    void mergeLayerWithLower(int layerIndex = -1);
+    // Makes the current layer's effect part of its pixels.
+    void applyEffect();
+    void copyToClipboard(bool useSelection);
+    void updateLayerThumbnail(int layerIndex = -1);
     void setLayerProperties(int layerIndex, const QHash<QByteArray, QVariant>& oldValues,
                             const QHash<QByteArray, QVariant>& newValues);
 
@@ -191,6 +231,8 @@ private:
     bool m_isNew = true;
     bool m_isReadOnly = false;
     QUndoStack* m_undoStack = nullptr;
+    MSharedData* m_sharedData = nullptr;
+    MPaintEngine* m_paintEngine = nullptr;
     bool m_strokeInProgress = false;
     int m_lastError = 0;
 

@@ -1,9 +1,9 @@
 #pragma once
 
+#include "effects/mvalues.h"
+
 #include <QObject>
 #include <QString>
-
-class MValues;
 
 // Anything that can carry an effect (a brush, a layer): the effect's id, the
 // current values of its parameters, and whether it is on.

@@ -39,7 +39,8 @@ bool MFrameBuffer::attachTexture(unsigned textureId, int attachment)
         }
     }
     gl->glBindFramebuffer(GL_FRAMEBUFFER, m_name);
-    gl->glFramebufferTexture2D(GL_FRAMEBUFFER, GL_COLOR_ATTACHMENT0 + attachment, GL_TEXTURE_2D, textureId, 0);
+    gl->glFramebufferTexture2D(GL_FRAMEBUFFER, GL_COLOR_ATTACHMENT0 + attachment, GL_TEXTURE_2D, textureId,
+                               0);
     const GLenum status = gl->glCheckFramebufferStatus(GL_FRAMEBUFFER);
     if (status == GL_FRAMEBUFFER_COMPLETE)
         return true;

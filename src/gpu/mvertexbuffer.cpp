@@ -6,7 +6,13 @@
 
 namespace {
 
-enum Corner { BottomLeft, TopLeft, BottomRight, TopRight };
+enum Corner
+{
+    BottomLeft,
+    TopLeft,
+    BottomRight,
+    TopRight
+};
 constexpr Corner quadOrder[6] = {BottomLeft, TopLeft, BottomRight, TopLeft, TopRight, BottomRight};
 
 QPointF corner(const QRectF& rect, Corner which)
@@ -26,7 +32,9 @@ QPointF corner(const QRectF& rect, Corner which)
 
 } // namespace
 
-MVertexBuffer::MVertexBuffer(int capacity) : QOpenGLBuffer(QOpenGLBuffer::VertexBuffer), m_capacity(capacity) {}
+MVertexBuffer::MVertexBuffer(int capacity) : QOpenGLBuffer(QOpenGLBuffer::VertexBuffer), m_capacity(capacity)
+{
+}
 
 bool MVertexBuffer::create()
 {
@@ -77,7 +85,8 @@ bool MVertexBuffer::appendQuad(const QRectF& position, const QColor& color, cons
     return appendQuadSets(position, color, sets, (1 << setCount) - 1);
 }
 
-bool MVertexBuffer::appendQuadSets(const QRectF& position, const QColor& color, const QRectF sets[3], int setMask)
+bool MVertexBuffer::appendQuadSets(const QRectF& position, const QColor& color, const QRectF sets[3],
+                                   int setMask)
 {
     bool ok = true;
     for (Corner which : quadOrder) {
@@ -85,7 +94,8 @@ bool MVertexBuffer::appendQuadSets(const QRectF& position, const QColor& color, 
         const QPointF p = corner(position, which);
         vertex.position[0] = float(p.x());
         vertex.position[1] = float(p.y());
-        vertex.setColor(float(color.redF()), float(color.greenF()), float(color.blueF()), float(color.alphaF()));
+        vertex.setColor(float(color.redF()), float(color.greenF()), float(color.blueF()),
+                        float(color.alphaF()));
         for (int set = 0; set < 3; ++set) {
             if (!(setMask & (1 << set)))
                 continue;

@@ -20,7 +20,8 @@ public:
     bool appendTriangle(const MVertex& a, const MVertex& b, const MVertex& c);
     // Two triangles: bottom-left, top-left, bottom-right, top-left, top-right,
     // bottom-right. The corners of coordinates go in the chosen set.
-    bool appendQuad(const QRectF& position, const QRectF& coordinates, const QColor& color, int coordinateSet);
+    bool appendQuad(const QRectF& position, const QRectF& coordinates, const QColor& color,
+                    int coordinateSet);
     // The same, filling sets 0 to setCount - 1 (at most 3) from the array.
     bool appendQuad(const QRectF& position, const QColor& color, const QRectF* coordinates, int setCount);
 

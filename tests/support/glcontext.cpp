@@ -6,6 +6,11 @@ namespace QuillmereTest {
 
 bool GLContext::create()
 {
+    // The driver probe runs first, as at start-up: drawing code reads its limits.
+    if (!MOpenGL::instance()->initialize()) {
+        m_why = QStringLiteral("the OpenGL driver probe failed");
+        return false;
+    }
     m_context.reset(MOpenGL::createSharedContext(QOpenGLContext::globalShareContext()));
     if (!m_context) {
         m_why = QStringLiteral("no shared OpenGL context could be created");

@@ -1,0 +1,32 @@
+#version 330 core
+
+// A layer tile as it is, scaled by the opacity.
+in vec4 v_color;
+in vec2 v_texCoords0;
+in vec2 v_texCoords1;
+in vec2 v_texCoords2;
+
+uniform sampler2D f_currentLayerTexture;
+
+uniform vec2 f_texturePos;
+uniform float f_textureSize = 512.0;
+uniform vec2 f_paintedRectPos;
+uniform float f_paintedRectWidth;
+uniform float f_paintedRectHeight;
+uniform bool f_clipToPaintedRect = false;
+uniform float f_opacity = 1.0;
+
+out vec4 f_color;
+
+void main(void)
+{
+    // Nothing is written outside the painted rectangle; its edges belong to it.
+    if (f_clipToPaintedRect) {
+        float tx = f_texturePos.x + v_texCoords0.s * f_textureSize;
+        float ty = f_texturePos.y + v_texCoords0.t * f_textureSize;
+        if (tx < f_paintedRectPos.x || tx > f_paintedRectPos.x + f_paintedRectWidth
+            || ty < f_paintedRectPos.y || ty > f_paintedRectPos.y + f_paintedRectHeight)
+            discard;
+    }
+    f_color = texture(f_currentLayerTexture, v_texCoords0) * f_opacity;
+}
