@@ -22,6 +22,7 @@
 #include "gpu/mpaintparams.h"
 #include "gpu/mshareddata.h"
 #include "gpu/mtransform.h"
+#include "tools/mfillcanvasrunner.h"
 
 #include <QClipboard>
 #include <QDebug>
@@ -409,7 +410,8 @@ void MCanvas::setPaperSize(const QSize& size, bool clip)
         page.addRect(rect);
         setClipPath(page);
         invertClipPath();
-        // Erasing outside the new page comes with the fill runner.
+        if (canPaint())
+            MFillCanvasRunner(m_sharedData, currentRow(), Qt::transparent).run();
         setClipPath(saved);
     }
     new MCommandSetPaintedRect(this, m_paintedRect, rect);
@@ -884,4 +886,22 @@ bool MCanvas::loadImage(const QString& fileName)
     setCurrentRow(count() - 1);
     Q_EMIT layerListReset();
     return true;
+}
+
+void MCanvas::fillTile(MTextureTile* tile, const QColor& color)
+{
+    auto* selection = dynamic_cast<MTextureTile*>(m_selectionLayer->tileAt(QRectF(tile->rect()).center()));
+    m_paintEngine->fillTile(tile, selection, color, m_sharedData->programList(), QStringLiteral("fill"),
+                            m_hasSelection, m_sharedData->vertexArray());
+}
+
+void MCanvas::erase()
+{
+    fill(Qt::transparent);
+}
+
+void MCanvas::fill(const QColor& color)
+{
+    if (canPaint())
+        MFillCanvasRunner(m_sharedData, currentRow(), color).run();
 }

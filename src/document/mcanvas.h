@@ -100,6 +100,8 @@ public:
     // the tile, or replaces it; a null source clears.
     void mergeStrokeTile(MTextureTile* destination, int layerIndex);
     void blitTile(MTextureTile* destination, MTextureTile* source, double opacity, bool replace);
+    // Within the selection when there is one.
+    void fillTile(MTextureTile* tile, const QColor& color);
 
     // Draws into an image of width by height, fitting the clip path's bounds,
     // or the page when the path is empty. Without drawAllLayers only the
@@ -155,6 +157,9 @@ public Q_SLOTS:
     // Makes the current layer's effect part of its pixels.
     void applyEffect();
     void copyToClipboard(bool useSelection);
+    // The current layer's tiles made transparent, or filled with color.
+    void erase();
+    void fill(const QColor& color);
     void updateLayerThumbnail(int layerIndex = -1);
     void setLayerProperties(int layerIndex, const QHash<QByteArray, QVariant>& oldValues,
                             const QHash<QByteArray, QVariant>& newValues);

@@ -129,6 +129,7 @@ private Q_SLOTS:
     void pasteUndoRedoIsExact();
     void duplicateMergeAndEffects();
     void clipboardAndThumbnails();
+    void fillsAndClears();
 
 private:
     QuillmereTest::GLContext m_gl;
@@ -461,6 +462,55 @@ void TestMPaintEngine::clipboardAndThumbnails()
     QCOMPARE(thumbnail.size(), QSize(70, 35));
     QVERIFY(canvas.at(0)->imageGuid() != guid);
     QCOMPARE(thumbnail.pixelColor(10, 17), QColor(0, 200, 0));
+}
+
+void TestMPaintEngine::fillsAndClears()
+{
+    MCanvas canvas;
+    QVERIFY(canvas.makeCurrent());
+    MTextureLayer* layer = canvas.at(0);
+    // An empty layer stays empty, and no step is made.
+    canvas.fill(Qt::red);
+    QVERIFY(layer->isEmpty());
+    QCOMPARE(canvas.undoStack()->count(), 0);
+
+    QVERIFY(fillRect(layer, QRect(-600, -100, 700, 200), QColor(0, 0, 255)));
+    QCOMPARE(layer->tileCount(), 6);
+    const QByteArray before = tileBytesOf(layer, QPointF(-550, -50));
+    canvas.fill(QColor(255, 0, 0));
+    QCOMPARE(canvas.undoStack()->count(), 1);
+    QCOMPARE(canvas.undoStack()->text(0), QStringLiteral("Clear"));
+    QCOMPARE(canvas.undoStack()->command(0)->childCount(), 6);
+    QCOMPARE(canvas.undoStack()->command(0)->child(0)->text(), QStringLiteral("Fill tile with color"));
+    // Every pixel of every existing tile, margins included, and nothing else.
+    QCOMPARE(tileBytesOf(layer, QPointF(-550, -50)),
+             QByteArray(512 * 512, char(0)).replace(QByteArray(1, '\0'), QByteArray::fromHex("FF0000FF")));
+    QVERIFY(!layer->tileAt(QPointF(900, 900)));
+    const QByteArray filled = tileBytesOf(layer, QPointF(-550, -50));
+    canvas.undo();
+    QCOMPARE(tileBytesOf(layer, QPointF(-550, -50)), before);
+    canvas.redo();
+    QCOMPARE(tileBytesOf(layer, QPointF(-550, -50)), filled);
+
+    // With a selection only its inside changes.
+    QPainterPath square;
+    square.addRect(QRectF(10, 10, 20, 20));
+    canvas.setClipPath(square);
+    canvas.erase();
+    QCOMPARE(pixelAt(layer, QPoint(15, 15)), QByteArray(4, '\0'));
+    QCOMPARE(pixelAt(layer, QPoint(5, 15)), QByteArray::fromHex("FF0000FF"));
+    canvas.resetClipPath();
+
+    // A smaller page with clipping erases what lies outside it.
+    canvas.setPaperSize(QSize(100, 100), true);
+    QCOMPARE(canvas.paintedRect(), QRectF(-50, -50, 100, 100));
+    QCOMPARE(pixelAt(layer, QPoint(-40, 0)), QByteArray::fromHex("FF0000FF"));
+    QCOMPARE(pixelAt(layer, QPoint(-60, 0)), QByteArray(4, '\0'));
+    QCOMPARE(pixelAt(layer, QPoint(-55, -55)), QByteArray(4, '\0'));
+    QVERIFY(!canvas.hasSelection());
+    canvas.undo();
+    QCOMPARE(canvas.paintedRect(), QRectF(-500, -500, 1000, 1000));
+    QCOMPARE(pixelAt(layer, QPoint(-60, 0)), QByteArray::fromHex("FF0000FF"));
 }
 
 QUILLMERE_TEST_MAIN(TestMPaintEngine)
