@@ -22,8 +22,10 @@
 #include "gpu/mpaintparams.h"
 #include "gpu/mshareddata.h"
 #include "gpu/mtransform.h"
+#include "panels/dlayeredit.h"
 #include "tools/mfillcanvasrunner.h"
 
+#include <QApplication>
 #include <QClipboard>
 #include <QDebug>
 #include <QFile>
@@ -72,6 +74,7 @@ MCanvas::MCanvas(QObject* parent) : MListModel<MTextureLayer>(parent)
     m_paintMargin = 0.0;
     initializeGL();
     connectSignals();
+    connect(settings, &MSettings::thumbnailSizeChanged, this, &MCanvas::thumbnailSizeChanged);
 }
 
 MCanvas::~MCanvas()
@@ -388,6 +391,15 @@ void MCanvas::previousLayer()
     if (count() == 0)
         return;
     setCurrentRow(currentRow() - 1 < 0 ? count() - 1 : currentRow() - 1);
+}
+
+void MCanvas::editLayer(int layerIndex)
+{
+    const int row = resolveRow(layerIndex);
+    if (!at(row))
+        return;
+    DLayerEdit dialog(this, row, QApplication::activeWindow());
+    dialog.exec();
 }
 
 void MCanvas::setLayerProperties(int layerIndex, const QHash<QByteArray, QVariant>& oldValues,

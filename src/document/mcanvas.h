@@ -161,6 +161,8 @@ public Q_SLOTS:
     void erase();
     void fill(const QColor& color);
     void updateLayerThumbnail(int layerIndex = -1);
+    // Runs the layer properties dialog over the layer.
+    void editLayer(int layerIndex = -1);
     void setLayerProperties(int layerIndex, const QHash<QByteArray, QVariant>& oldValues,
                             const QHash<QByteArray, QVariant>& newValues);
 
