@@ -219,6 +219,42 @@ void MPaintEngine::drawQuad(MPaintParams* params, const QString& programName, co
     program->release();
 }
 
+void MPaintEngine::drawView(MPaintParams* params, bool selectionEnabled, bool tiling)
+{
+    if (!params)
+        return;
+    drawFullPass(params, selectionEnabled);
+    if (!tiling)
+        return;
+    MTransform* original = params->transform;
+    const QRectF page =
+        original ? original->mapRectToWidget(m_canvas->paintedRect()) : m_canvas->paintedRect();
+    const QPointF shifts[4] = {
+        {page.width(), 0}, {-page.width(), 0}, {0, page.height()}, {0, -page.height()}};
+    for (const QPointF& shift : shifts) {
+        MTransform shifted;
+        if (original)
+            shifted.copyFrom(*original);
+        shifted.translate(shift);
+        params->transform = &shifted;
+        drawFullPass(params, selectionEnabled);
+    }
+    params->transform = original;
+}
+
+void MPaintEngine::drawFullPass(MPaintParams* params, bool selectionEnabled)
+{
+    drawPaper(params);
+    drawLayers(params);
+    if (selectionEnabled && m_canvas->selectionPath().isEmpty()) {
+        params->layer = m_canvas->selectionLayer();
+        params->underLayer = nullptr;
+        params->opacity = 1.0;
+        params->shaderName = QStringLiteral("selection");
+        drawLayer(params);
+    }
+}
+
 void MPaintEngine::drawPaper(MPaintParams* params)
 {
     if (!initializeGL() || !params || !params->programList)
@@ -510,6 +546,10 @@ void MPaintEngine::createShaderTextures(MShader* shader)
 {
     if (!shader || !shader->texturesChanged())
         return;
+    // The images are made on the canvas's context, but a view draws on its
+    // own: that one must be current again for the rest of its draw.
+    QOpenGLContext* saved = QOpenGLContext::currentContext();
+    QSurface* savedSurface = saved ? saved->surface() : nullptr;
     makeCanvasCurrent(QStringLiteral("MPaintEngine::createShaderTextures"));
     shader->setTexturesChanged(false);
     clearShaderTextures();
@@ -526,6 +566,8 @@ void MPaintEngine::createShaderTextures(MShader* shader)
         image->loaded = true;
         m_shaderTextures.append(texture);
     }
+    if (saved && savedSurface && QOpenGLContext::currentContext() != saved)
+        saved->makeCurrent(savedSurface);
 }
 
 void MPaintEngine::clearShaderTextures()

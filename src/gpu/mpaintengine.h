@@ -38,6 +38,10 @@ public:
     bool initializeGL();
     void shutDown();
 
+    // A view redraw: paper, layers and, with selectionEnabled and no selection
+    // path, the outline of the painted selection mask; with tiling, the same
+    // four more times beside the page (right, left, down, up).
+    void drawView(MPaintParams* params, bool selectionEnabled, bool tiling);
     void drawPaper(MPaintParams* params);
     void drawLayers(MPaintParams* params);
     void drawLayer(MPaintParams* params);
@@ -80,6 +84,7 @@ private:
     bool makeCanvasCurrent(const QString& source);
     bool createTransparentPaperTexture();
     bool createWorkTexture();
+    void drawFullPass(MPaintParams* params, bool selectionEnabled);
     void drawPaperTexture(MPaintParams* params, QOpenGLTexture* texture);
     void drawTransparentPaper(MPaintParams* params);
     void drawQuad(MPaintParams* params, const QString& programName, const QMatrix4x4& matrix,

@@ -84,3 +84,15 @@ void MTransform::reset()
     m_flipVertical = false;
     rebuild();
 }
+
+void MTransform::copyFrom(const MTransform& other)
+{
+    m_translation = other.m_translation;
+    m_rotation = other.m_rotation;
+    m_scale = other.m_scale;
+    m_rotationCentre = other.m_rotationCentre;
+    m_zoomAnchor = other.m_zoomAnchor;
+    m_flipHorizontal = other.m_flipHorizontal;
+    m_flipVertical = other.m_flipVertical;
+    rebuild();
+}

@@ -43,6 +43,8 @@ public:
     void flipHorizontal();
     void flipVertical();
     void reset();
+    // Takes every value of other and rebuilds.
+    void copyFrom(const MTransform& other);
 
 Q_SIGNALS:
     void update();

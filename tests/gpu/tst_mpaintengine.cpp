@@ -10,9 +10,12 @@
 #include "effects/mshaderlist.h"
 #include "effects/mvalues.h"
 #include "gpu/mpaintengine.h"
+#include "gpu/mpaintparams.h"
 #include "gpu/mshareddata.h"
+#include "gpu/mtransform.h"
 
 #include <QClipboard>
+#include <QOpenGLFramebufferObject>
 #include <QOpenGLFunctions>
 #include <QOpenGLTexture>
 #include <QUndoStack>
@@ -130,6 +133,7 @@ private Q_SLOTS:
     void duplicateMergeAndEffects();
     void clipboardAndThumbnails();
     void fillsAndClears();
+    void viewWithSelectionAndTiling();
 
 private:
     QuillmereTest::GLContext m_gl;
@@ -511,6 +515,59 @@ void TestMPaintEngine::fillsAndClears()
     canvas.undo();
     QCOMPARE(canvas.paintedRect(), QRectF(-500, -500, 1000, 1000));
     QCOMPARE(pixelAt(layer, QPoint(-60, 0)), QByteArray::fromHex("FF0000FF"));
+}
+
+void TestMPaintEngine::viewWithSelectionAndTiling()
+{
+    MCanvas canvas;
+    canvas.setPaintedRect(QRectF(0, 0, 50, 50));
+    QVERIFY(canvas.makeCurrent());
+    QVERIFY(fillRect(canvas.at(0), QRect(0, 0, 50, 50), QColor(255, 0, 0)));
+    // A painted mask without an outline path, as a fill selection leaves it.
+    QByteArray mask(tileBytes, '\0');
+    for (int y = 10; y < 30; ++y) {
+        for (int x = 10; x < 30; ++x)
+            mask[((y + 6) * 512 + x + 6) * 4 + 3] = char(255);
+    }
+    auto* maskTile = dynamic_cast<MTextureTile*>(canvas.selectionLayer()->addTile(QPointF(0, 0)));
+    QVERIFY(maskTile && maskTile->isCreated());
+    QVERIFY(maskTile->setData(static_cast<const void*>(mask.constData())));
+
+    QOpenGLFramebufferObjectFormat format;
+    format.setInternalTextureFormat(GL_RGBA8);
+    QOpenGLFramebufferObject target(150, 150, format);
+    QVERIFY(target.bind());
+    canvas.context()->functions()->glClearColor(0, 0, 0, 0);
+    canvas.context()->functions()->glClear(GL_COLOR_BUFFER_BIT);
+    MTransform transform;
+    transform.setTranslation(QPointF(50, 50));
+    MPaintParams params;
+    params.context = canvas.context();
+    params.canvas = &canvas;
+    params.programList = canvas.sharedData()->programList();
+    params.vertexArray = canvas.sharedData()->vertexArray();
+    params.viewRect = QRectF(0, 0, 150, 150);
+    params.useDevicePixelRatio = false;
+    params.transform = &transform;
+    params.clipToRect = false;
+    canvas.paintEngine()->drawView(&params, true, true);
+    target.release();
+    const QImage image = target.toImage();
+
+    // The page and its four neighbours, not the diagonal ones.
+    for (const QPoint& point :
+         {QPoint(75, 75), QPoint(25, 75), QPoint(125, 75), QPoint(75, 25), QPoint(75, 125)})
+        QVERIFY2(near(image.pixelColor(point), Rgba{255, 0, 0, 255}),
+                 qPrintable(describe(image.pixelColor(point))));
+    QCOMPARE(image.pixelColor(25, 25).alpha(), 0);
+    QCOMPARE(image.pixelColor(125, 125).alpha(), 0);
+    // The mask's outline: premultiplied green at 0.7 over the layer, on the
+    // edge only, in the page and in its copies.
+    const Rgba edge = over(Rgba{0, 178.5, 0, 178.5}, Rgba{255, 0, 0, 255});
+    QVERIFY2(near(image.pixelColor(60, 70), edge), qPrintable(describe(image.pixelColor(60, 70))));
+    QVERIFY(near(image.pixelColor(110, 70), edge));
+    QVERIFY(near(image.pixelColor(70, 70), Rgba{255, 0, 0, 255}));
+    QVERIFY(near(image.pixelColor(55, 55), Rgba{255, 0, 0, 255}));
 }
 
 QUILLMERE_TEST_MAIN(TestMPaintEngine)
