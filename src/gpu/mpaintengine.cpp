@@ -404,24 +404,15 @@ void MPaintEngine::drawLayer(MPaintParams* params)
     const QString source = QStringLiteral("MPaintEngine::drawLayer");
     if (!initializeGL())
         return;
-    if (!params) {
-        MLogger::systemError(source, QStringLiteral("No params"));
-        return;
-    }
-    if (!params->context) {
-        MLogger::systemError(source, QStringLiteral("No context"));
-        return;
-    }
-    if (!params->canvas) {
-        MLogger::systemError(source, QStringLiteral("No canvas"));
-        return;
-    }
-    if (!params->programList) {
-        MLogger::systemError(source, QStringLiteral("No shader program list"));
-        return;
-    }
-    if (!params->layer) {
-        MLogger::systemError(source, QStringLiteral("No layer"));
+    // The first missing piece is named in the log.
+    const char* missing = !params                ? "No params"
+                          : !params->context     ? "No context"
+                          : !params->canvas      ? "No canvas"
+                          : !params->programList ? "No shader program list"
+                          : !params->layer       ? "No layer"
+                                                 : nullptr;
+    if (missing) {
+        MLogger::systemError(source, QString::fromLatin1(missing));
         return;
     }
     if (QOpenGLContext::currentContext() != params->context &&

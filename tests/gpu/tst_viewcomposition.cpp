@@ -1,0 +1,607 @@
+// Canvases drawn through the paint engine the way a view draws them: in a
+// context of the view's own, with its own vertex array, into an offscreen
+// target, under a view transform. Every pixel of each window read back is
+// compared with a reference computed here from the layers' content.
+
+#include "support/glcontext.h"
+#include "support/testenvironment.h"
+
+#include "document/mcanvas.h"
+#include "document/mtexturetile.h"
+#include "effects/mshader.h"
+#include "effects/mshaderlist.h"
+#include "gpu/mpaintengine.h"
+#include "gpu/mpaintparams.h"
+#include "gpu/mshareddata.h"
+#include "gpu/mtransform.h"
+
+#include <QOpenGLFramebufferObject>
+#include <QOpenGLVertexArrayObject>
+
+#include <cmath>
+#include <functional>
+
+namespace {
+
+// Tolerances, in units of 0..255 per channel. Nearest sampling of an 8-bit
+// texture with opacity 1 is exact; one unit covers the single rounding of a
+// blend. Filtered samples add the GPU's fixed-point filter weights and the
+// rounding of stored mipmap levels.
+constexpr double exactTolerance = 1.0;
+constexpr double filteredTolerance = 2.0;
+
+// Premultiplied RGBA in 0..255, in double so that references are exact.
+struct Rgba
+{
+    double r = 0, g = 0, b = 0, a = 0;
+};
+
+Rgba over(const Rgba& top, const Rgba& bottom)
+{
+    const double k = 1.0 - top.a / 255.0;
+    return {top.r + bottom.r * k, top.g + bottom.g * k, top.b + bottom.b * k, top.a + bottom.a * k};
+}
+
+Rgba times(const Rgba& c, double f)
+{
+    return {c.r * f, c.g * f, c.b * f, c.a * f};
+}
+
+Rgba mix(const Rgba& a, const Rgba& b, double t)
+{
+    return {a.r + (b.r - a.r) * t, a.g + (b.g - a.g) * t, a.b + (b.b - a.b) * t, a.a + (b.a - a.a) * t};
+}
+
+Rgba fromColor(const QColor& c)
+{
+    return {double(c.red()), double(c.green()), double(c.blue()), double(c.alpha())};
+}
+
+QString text(const Rgba& c)
+{
+    return QStringLiteral("(%1, %2, %3, %4)").arg(c.r).arg(c.g).arg(c.b).arg(c.a);
+}
+
+int floorDiv(int value, int divisor)
+{
+    return int(std::floor(double(value) / divisor));
+}
+
+int floorMod(int value, int divisor)
+{
+    return value - floorDiv(value, divisor) * divisor;
+}
+
+// What a layer holds: content inside region, transparent elsewhere.
+struct Picture
+{
+    QRect region;
+    std::function<Rgba(int, int)> content;
+
+    Rgba at(int x, int y) const { return region.contains(x, y) ? content(x, y) : Rgba(); }
+    Rgba nearest(const QPointF& q) const { return at(int(std::floor(q.x())), int(std::floor(q.y()))); }
+    // Bilinear between texel centres; at the corner of four texels it is their
+    // average, which is what the first mipmap level holds there.
+    Rgba linear(const QPointF& q) const
+    {
+        const double x = q.x() - 0.5;
+        const double y = q.y() - 0.5;
+        const int x0 = int(std::floor(x));
+        const int y0 = int(std::floor(y));
+        const double fx = x - x0;
+        const double fy = y - y0;
+        return mix(mix(at(x0, y0), at(x0 + 1, y0), fx), mix(at(x0, y0 + 1), at(x0 + 1, y0 + 1), fx), fy);
+    }
+};
+
+Picture uniform(const QRect& region, const Rgba& colour)
+{
+    return {region, [colour](int, int) { return colour; }};
+}
+
+// Writes a picture into every tile whose texture reaches its region, margins
+// included, so that each margin repeats its neighbour's pixels as painting
+// leaves them. Pixels outside the region keep what they held.
+bool paint(MTextureLayer* layer, const Picture& picture)
+{
+    const int margin = layer->tileMargin();
+    QSet<MTile*> tiles;
+    layer->tilesInRect(QRectF(picture.region.adjusted(-margin, -margin, margin, margin)), tiles);
+    if (tiles.isEmpty())
+        return false;
+    for (MTile* tile : qAsConst(tiles)) {
+        auto* textureTile = dynamic_cast<MTextureTile*>(tile);
+        if (!textureTile || !textureTile->isCreated())
+            return false;
+        QByteArray bytes(int(textureTile->bufferSize()), '\0');
+        if (!textureTile->toBuffer(bytes.data()))
+            return false;
+        const QRect outer = tile->outerRect();
+        const QRect part = outer.intersected(picture.region);
+        for (int y = part.top(); y <= part.bottom(); ++y) {
+            for (int x = part.left(); x <= part.right(); ++x) {
+                const Rgba c = picture.content(x, y);
+                auto* p = reinterpret_cast<uchar*>(bytes.data()) +
+                          ((y - outer.y()) * outer.width() + x - outer.x()) * 4;
+                p[0] = uchar(qRound(c.r));
+                p[1] = uchar(qRound(c.g));
+                p[2] = uchar(qRound(c.b));
+                p[3] = uchar(qRound(c.a));
+            }
+        }
+        if (!textureTile->setData(static_cast<const void*>(bytes.constData())))
+            return false;
+    }
+    return true;
+}
+
+// A read-back target; (0, 0) is the top-left pixel, as the view sees it.
+struct Frame
+{
+    int width = 0;
+    int height = 0;
+    QByteArray bytes; // rows as GL reads them, bottom first
+
+    Rgba at(int x, int y) const
+    {
+        const auto* p =
+            reinterpret_cast<const uchar*>(bytes.constData()) + ((height - 1 - y) * width + x) * 4;
+        return {double(p[0]), double(p[1]), double(p[2]), double(p[3])};
+    }
+};
+
+// The first pixel off by more than tolerance, described; empty when all match.
+QString mismatch(const Frame& frame, const std::function<Rgba(int, int)>& expected, double tolerance)
+{
+    for (int y = 0; y < frame.height; ++y) {
+        for (int x = 0; x < frame.width; ++x) {
+            const Rgba got = frame.at(x, y);
+            const Rgba want = expected(x, y);
+            if (std::abs(got.r - want.r) > tolerance || std::abs(got.g - want.g) > tolerance ||
+                std::abs(got.b - want.b) > tolerance || std::abs(got.a - want.a) > tolerance)
+                return QStringLiteral("pixel %1,%2: %3, expected %4")
+                    .arg(x)
+                    .arg(y)
+                    .arg(text(got), text(want));
+        }
+    }
+    return QString();
+}
+
+// A view that shows canvas point `at` at the middle of a target of `size`,
+// moved by `shift` widget pixels, rotated about that point and flipped.
+void aim(MTransform* transform, const QPointF& at, const QSize& size, double scale = 1.0,
+         double degrees = 0.0, bool flip = false, const QPointF& shift = QPointF())
+{
+    transform->zoom(scale, QPointF());
+    transform->setRotationCentre(at);
+    transform->setRotation(degrees);
+    if (flip)
+        transform->flipHorizontal();
+    const QPointF middle(size.width() / 2.0, size.height() / 2.0);
+    transform->setTranslation(transform->translation() + middle + shift - transform->mapToWidget(at));
+}
+
+struct View
+{
+    QSize size{64, 64};
+    MTransform* transform = nullptr;
+    QColor clear = Qt::transparent;
+    bool smoothPixels = true;
+    bool paper = false;
+    std::function<void(MPaintParams&)> adjust;
+};
+
+} // namespace
+
+class TestViewComposition : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase();
+    void cleanupTestCase();
+    void seamsUnderViewTransforms();
+    void layersComposeOver();
+    void paintedRectClip();
+    void timeLineFrames();
+    void clipRectLimitsCells();
+    void effectInTheViewContext();
+
+private:
+    bool render(MCanvas& canvas, const View& view, Frame* frame);
+
+    QuillmereTest::GLContext m_gl;
+    QOpenGLVertexArrayObject m_vertexArray;
+    QString m_why;
+};
+
+void TestViewComposition::initTestCase()
+{
+    QVERIFY2(m_gl.create(), qPrintable(m_gl.why()));
+    QVERIFY(m_vertexArray.create());
+}
+
+void TestViewComposition::cleanupTestCase()
+{
+    if (m_gl.makeCurrent())
+        m_vertexArray.destroy();
+}
+
+// Clears a target in the view's context and draws paper (when asked) and
+// layers into it, then reads it back. False, with m_why, when the target
+// can't be made or the engine leaves another context current.
+bool TestViewComposition::render(MCanvas& canvas, const View& view, Frame* frame)
+{
+    if (!m_gl.makeCurrent()) {
+        m_why = m_gl.why();
+        return false;
+    }
+    QOpenGLFramebufferObjectFormat format;
+    format.setAttachment(QOpenGLFramebufferObject::NoAttachment);
+    format.setInternalTextureFormat(GL_RGBA8);
+    QOpenGLFramebufferObject target(view.size, format);
+    if (!target.isValid() || !target.bind()) {
+        m_why = QStringLiteral("no framebuffer");
+        return false;
+    }
+    QOpenGLFunctions_3_3_Core* gl = m_gl.gl();
+    gl->glClearColor(float(view.clear.redF()), float(view.clear.greenF()), float(view.clear.blueF()),
+                     float(view.clear.alphaF()));
+    gl->glClear(GL_COLOR_BUFFER_BIT);
+
+    MPaintParams params;
+    params.context = m_gl.context();
+    params.canvas = &canvas;
+    params.programList = canvas.sharedData()->programList();
+    params.vertexArray = &m_vertexArray;
+    params.viewRect = QRectF(QPointF(0, 0), QSizeF(view.size));
+    params.useDevicePixelRatio = false;
+    params.transform = view.transform;
+    params.smoothPixels = view.smoothPixels;
+    // What the view shows, in canvas coordinates.
+    params.clipRect = view.transform ? view.transform->mapRectToCanvas(params.viewRect) : params.viewRect;
+    if (view.adjust)
+        view.adjust(params);
+    if (view.paper)
+        canvas.paintEngine()->drawPaper(&params);
+    canvas.paintEngine()->drawLayers(&params);
+    if (QOpenGLContext::currentContext() != m_gl.context()) {
+        m_why = QStringLiteral("the engine left another context current");
+        return false;
+    }
+    target.bind();
+    frame->width = view.size.width();
+    frame->height = view.size.height();
+    frame->bytes = QByteArray(frame->width * frame->height * 4, '\0');
+    gl->glPixelStorei(GL_PACK_ALIGNMENT, 1);
+    gl->glReadPixels(0, 0, frame->width, frame->height, GL_RGBA, GL_UNSIGNED_BYTE, frame->bytes.data());
+    target.release();
+    const GLenum error = gl->glGetError();
+    if (error != GL_NO_ERROR) {
+        m_why = QStringLiteral("GL error 0x%1").arg(error, 0, 16);
+        return false;
+    }
+    return true;
+}
+
+void TestViewComposition::seamsUnderViewTransforms()
+{
+    // Nine tiles, at negative coordinates too, each with its own colour and
+    // a pattern that changes at every pixel, of one alpha throughout: a seam
+    // drawn twice would show a higher alpha, a gap a lower one.
+    const Picture picture{
+        QRect(-500, -500, 1500, 1500), [](int x, int y) {
+            const int column = floorDiv(x, 500) + 1;
+            const int row = floorDiv(y, 500) + 1;
+            return Rgba{30.0 + 50 * column, 30.0 + 50 * row, 8.0 * (floorMod(x, 8) + floorMod(y, 4)), 160};
+        }};
+    MCanvas canvas;
+    canvas.setPaintedRect(QRectF(picture.region));
+    QVERIFY(m_gl.makeCurrent());
+    QVERIFY(paint(canvas.at(0), picture));
+
+    struct Case
+    {
+        const char* name;
+        double scale;
+        double degrees;
+        bool flip;
+        QPointF shift;
+    };
+    const Case cases[] = {
+        {"identity", 1, 0, false, QPointF()},     {"scale 2", 2, 0, false, QPointF()},
+        {"scale 0.5", 0.5, 0, false, QPointF()},  {"quarter-pixel shift", 1, 0, false, QPointF(0.25, 0.25)},
+        {"rotation 90", 1, 90, false, QPointF()}, {"horizontal flip", 1, 0, true, QPointF()},
+    };
+    // Tile centres, and the points where four tiles meet: the windows there
+    // hold the seams x = -1/0 and 499/500, and the same in y.
+    QList<QPoint> probes = {QPoint(0, 0), QPoint(500, 0), QPoint(0, 500), QPoint(500, 500)};
+    for (int row = -1; row <= 1; ++row) {
+        for (int column = -1; column <= 1; ++column)
+            probes.append(QPoint(column * 500 + 250, row * 500 + 250));
+    }
+    const QSize size(64, 64);
+    for (const Case& c : cases) {
+        for (const bool smooth : {false, true}) {
+            for (const QPoint& probe : probes) {
+                MTransform transform;
+                aim(&transform, probe, size, c.scale, c.degrees, c.flip, c.shift);
+                Frame frame;
+                View view;
+                view.size = size;
+                view.transform = &transform;
+                view.smoothPixels = smooth;
+                QVERIFY2(render(canvas, view, &frame), qPrintable(m_why));
+                // Magnification follows smoothPixels; minification is always
+                // trilinear.
+                const bool nearest = !smooth && c.scale >= 1.0;
+                const QString wrong = mismatch(
+                    frame,
+                    [&](int x, int y) {
+                        const QPointF q = transform.mapToCanvas(QPointF(x + 0.5, y + 0.5));
+                        return nearest ? picture.nearest(q) : picture.linear(q);
+                    },
+                    nearest ? exactTolerance : filteredTolerance);
+                QVERIFY2(wrong.isEmpty(),
+                         qPrintable(QStringLiteral("%1, %2, around %3,%4: %5")
+                                        .arg(QLatin1String(c.name),
+                                             smooth ? QStringLiteral("smooth") : QStringLiteral("nearest"))
+                                        .arg(probe.x())
+                                        .arg(probe.y())
+                                        .arg(wrong)));
+            }
+        }
+    }
+}
+
+void TestViewComposition::layersComposeOver()
+{
+    MCanvas canvas;
+    canvas.setPaintedRect(QRectF(0, 0, 500, 500));
+    canvas.appendLayer();
+    QVERIFY(m_gl.makeCurrent());
+    // Bottom over the left half, top over the upper half: around (250, 250)
+    // the window holds both, each alone, and neither.
+    const Rgba bottom{180, 60, 20, 220};
+    const Rgba top{30, 140, 200, 240};
+    const Picture lower = uniform(QRect(0, 0, 250, 500), bottom);
+    const Picture upper = uniform(QRect(0, 0, 500, 250), top);
+    QVERIFY(paint(canvas.at(0), lower));
+    QVERIFY(paint(canvas.at(1), upper));
+    canvas.at(0)->setOpacity(0.6);
+    canvas.at(1)->setOpacity(0.75);
+    const QColor paperColour(250, 240, 200);
+    canvas.setPaperColor(paperColour);
+
+    for (const bool withPaper : {false, true}) {
+        MTransform transform;
+        aim(&transform, QPointF(250, 250), QSize(64, 64));
+        View view;
+        view.transform = &transform;
+        view.smoothPixels = false;
+        view.paper = withPaper;
+        Frame frame;
+        QVERIFY2(render(canvas, view, &frame), qPrintable(m_why));
+        const QString wrong = mismatch(
+            frame,
+            [&](int x, int y) {
+                const QPointF q = transform.mapToCanvas(QPointF(x + 0.5, y + 0.5));
+                Rgba result = withPaper ? fromColor(paperColour) : Rgba();
+                result = over(times(lower.nearest(q), 0.6), result);
+                return over(times(upper.nearest(q), 0.75), result);
+            },
+            exactTolerance);
+        QVERIFY2(wrong.isEmpty(), qPrintable((withPaper ? QStringLiteral("on paper: ") : QString()) + wrong));
+    }
+}
+
+void TestViewComposition::paintedRectClip()
+{
+    MCanvas canvas;
+    QVERIFY(m_gl.makeCurrent());
+    const Rgba colour{40, 170, 90, 200};
+    QVERIFY(paint(canvas.at(0), uniform(QRect(-1050, -1050, 1600, 1600), colour)));
+    // Both start at negative coordinates off the grid and end on a cell
+    // boundary, one at 500, one at 0.
+    for (const QRectF& painted : {QRectF(-737, -263, 1237, 763), QRectF(-1001, -999, 1001, 999)}) {
+        canvas.setPaintedRect(painted);
+        for (const QPointF& corner :
+             {painted.topLeft(), painted.topRight(), painted.bottomLeft(), painted.bottomRight()}) {
+            MTransform transform;
+            aim(&transform, corner, QSize(32, 32));
+            View view;
+            view.size = QSize(32, 32);
+            view.transform = &transform;
+            view.smoothPixels = false;
+            Frame frame;
+            QVERIFY2(render(canvas, view, &frame), qPrintable(m_why));
+            const QString wrong = mismatch(
+                frame,
+                [&](int x, int y) {
+                    const QPointF q = transform.mapToCanvas(QPointF(x + 0.5, y + 0.5));
+                    return painted.contains(q) ? colour : Rgba();
+                },
+                exactTolerance);
+            QVERIFY2(
+                wrong.isEmpty(),
+                qPrintable(QStringLiteral("corner %1,%2: %3").arg(corner.x()).arg(corner.y()).arg(wrong)));
+        }
+    }
+    // The first and last pixels of the first page, read explicitly: with a
+    // 32-pixel window aimed at a corner, widget pixel 16 holds the corner's
+    // canvas pixel and 15 the one before it.
+    canvas.setPaintedRect(QRectF(-737, -263, 1237, 763));
+    for (const QPointF& corner : {QPointF(-737, -263), QPointF(500, 500)}) {
+        MTransform transform;
+        aim(&transform, corner, QSize(32, 32));
+        View view;
+        view.size = QSize(32, 32);
+        view.transform = &transform;
+        view.smoothPixels = false;
+        Frame frame;
+        QVERIFY2(render(canvas, view, &frame), qPrintable(m_why));
+        const bool start = corner.x() < 0;
+        QCOMPARE(frame.at(16, 16).a, start ? colour.a : 0.0);
+        QCOMPARE(frame.at(15, 15).a, start ? 0.0 : colour.a);
+        QCOMPARE(frame.at(16, 15).a, 0.0);
+        QCOMPARE(frame.at(15, 16).a, 0.0);
+    }
+}
+
+void TestViewComposition::timeLineFrames()
+{
+    MCanvas canvas;
+    canvas.setPaintedRect(QRectF(0, 0, 500, 500));
+    for (int i = 0; i < 3; ++i)
+        canvas.appendLayer();
+    QCOMPARE(canvas.count(), 4);
+    QVERIFY(m_gl.makeCurrent());
+    const Rgba colours[4] = {{200, 40, 0, 210}, {0, 150, 30, 170}, {20, 0, 190, 200}, {90, 90, 90, 240}};
+    const double opacities[4] = {0.9, 0.8, 0.7, 0.6};
+    for (int i = 0; i < 4; ++i) {
+        QVERIFY(paint(canvas.at(i), uniform(QRect(0, 0, 500, 500), colours[i])));
+        canvas.at(i)->setOpacity(opacities[i]);
+    }
+    const auto frameColour = [&](int current, bool previous, bool background, Rgba* result) {
+        canvas.setCurrentRow(current);
+        MTransform transform;
+        aim(&transform, QPointF(250, 250), QSize(16, 16));
+        View view;
+        view.size = QSize(16, 16);
+        view.transform = &transform;
+        view.smoothPixels = false;
+        view.adjust = [&](MPaintParams& params) {
+            params.timeLineMode = true;
+            params.showPreviousFrame = previous;
+            params.firstLayerAsBackground = background;
+        };
+        Frame frame;
+        if (!render(canvas, view, &frame))
+            return QString(m_why);
+        *result = frame.at(0, 0);
+        return mismatch(
+            frame, [&](int, int) { return *result; }, 0.0);
+    };
+    const auto near = [](const Rgba& got, const Rgba& want) {
+        return std::abs(got.r - want.r) <= exactTolerance && std::abs(got.g - want.g) <= exactTolerance &&
+               std::abs(got.b - want.b) <= exactTolerance && std::abs(got.a - want.a) <= exactTolerance;
+    };
+    const auto layer = [&](int i, double opacity) { return times(colours[i], opacity); };
+
+    // On the last layer the next frame doesn't exist: nothing gets 0.4.
+    Rgba got;
+    QString wrong = frameColour(3, true, false, &got);
+    QVERIFY2(wrong.isEmpty(), qPrintable(wrong));
+    QVERIFY2(near(got, layer(3, 0.6)), qPrintable(text(got)));
+    // On a middle layer, the next one is drawn over it at 0.4.
+    wrong = frameColour(1, true, false, &got);
+    QVERIFY2(wrong.isEmpty(), qPrintable(wrong));
+    QVERIFY2(near(got, over(layer(2, 0.4), layer(1, 0.8))), qPrintable(text(got)));
+    wrong = frameColour(1, false, false, &got);
+    QVERIFY2(wrong.isEmpty(), qPrintable(wrong));
+    QVERIFY2(near(got, layer(1, 0.8)), qPrintable(text(got)));
+    // The first layer as background goes under the frame at its own opacity.
+    wrong = frameColour(2, true, true, &got);
+    QVERIFY2(wrong.isEmpty(), qPrintable(wrong));
+    QVERIFY2(near(got, over(layer(3, 0.4), over(layer(2, 0.7), layer(0, 0.9)))), qPrintable(text(got)));
+}
+
+void TestViewComposition::clipRectLimitsCells()
+{
+    MCanvas canvas;
+    canvas.setPaintedRect(QRectF(-500, -500, 1500, 1500));
+    QVERIFY(m_gl.makeCurrent());
+    const auto cellColour = [](int column, int row) {
+        return Rgba{60.0 + 40 * column, 60.0 + 40 * row, 100, 200};
+    };
+    for (int row = -1; row <= 1; ++row) {
+        for (int column = -1; column <= 1; ++column)
+            QVERIFY(paint(canvas.at(0),
+                          uniform(QRect(column * 500, row * 500, 500, 500), cellColour(column, row))));
+    }
+    const QColor clear = QColor::fromRgbF(0.2, 0.4, 0.6, 0.8);
+    const Rgba clearRgba = fromColor(clear);
+    // A quarter-scale view of the nine cells; widget = 200 + (canvas - 250) / 4.
+    const QSize size(400, 400);
+    const auto widget = [](double canvasCoordinate) { return int(200 + (canvasCoordinate - 250) / 4); };
+    for (const bool clipped : {true, false}) {
+        MTransform transform;
+        aim(&transform, QPointF(250, 250), size, 0.25);
+        View view;
+        view.size = size;
+        view.transform = &transform;
+        view.clear = clear;
+        view.adjust = [&](MPaintParams& params) {
+            // A damaged area well inside one cell, away from its margins.
+            params.clipRect = QRectF(100, 100, 300, 300);
+            params.clipToRect = clipped;
+        };
+        Frame frame;
+        QVERIFY2(render(canvas, view, &frame), qPrintable(m_why));
+        for (int row = -1; row <= 1; ++row) {
+            for (int column = -1; column <= 1; ++column) {
+                const bool drawn = !clipped || (row == 0 && column == 0);
+                const Rgba want = drawn ? over(cellColour(column, row), clearRgba) : clearRgba;
+                // Each cell's centre, and a point of it outside the damaged area.
+                for (const QPointF& point : {QPointF(column * 500 + 250, row * 500 + 250),
+                                             QPointF(column * 500 + 50, row * 500 + 50)}) {
+                    const Rgba got = frame.at(widget(point.x()), widget(point.y()));
+                    const double tolerance = drawn ? filteredTolerance : 0.0;
+                    QVERIFY2(
+                        std::abs(got.r - want.r) <= tolerance && std::abs(got.g - want.g) <= tolerance &&
+                            std::abs(got.b - want.b) <= tolerance && std::abs(got.a - want.a) <= tolerance,
+                        qPrintable(QStringLiteral("%1 at %2,%3: %4, expected %5")
+                                       .arg(clipped ? QStringLiteral("clipped") : QStringLiteral("whole"))
+                                       .arg(point.x())
+                                       .arg(point.y())
+                                       .arg(text(got), text(want))));
+                }
+            }
+        }
+    }
+}
+
+void TestViewComposition::effectInTheViewContext()
+{
+    // The first draw of a new effect in a view: its program is built on the
+    // program list's context and its image loaded on the canvas's, and the
+    // draw must still land in the view's target, with the view's context
+    // current afterwards.
+    const QString grainPath = QDir::temp().filePath(QStringLiteral("grain.png"));
+    QImage grain(4, 4, QImage::Format_ARGB32);
+    grain.fill(QColor(128, 128, 128));
+    QVERIFY(grain.save(grainPath));
+    auto effect = std::make_unique<MShader>();
+    effect->setSource(QStringLiteral("@params\ntexture grain \"%1\";\n@main\n"
+                                     "vec4 c = texture(f_currentLayerTexture, v_texCoords0);\n"
+                                     "f_color = vec4(c.b, c.g, c.r, c.a) * texture(grain, v_texCoords0).r * "
+                                     "f_opacity;")
+                          .arg(grainPath));
+    const QString id = MShaderList::instance()->addShader(std::move(effect))->id();
+    MCanvas canvas;
+    canvas.setPaintedRect(QRectF(0, 0, 500, 500));
+    QVERIFY(m_gl.makeCurrent());
+    QVERIFY(paint(canvas.at(0), uniform(QRect(0, 0, 500, 500), Rgba{200, 100, 50, 255})));
+    canvas.at(0)->set_shaderId(id);
+    QVERIFY(canvas.at(0)->isShaderActive());
+    // Red and blue swapped, scaled by the grey of the image.
+    const Rgba expected = times(Rgba{50, 100, 200, 255}, 128.0 / 255.0);
+    for (int pass = 0; pass < 2; ++pass) {
+        MTransform transform;
+        aim(&transform, QPointF(250, 250), QSize(16, 16));
+        View view;
+        view.size = QSize(16, 16);
+        view.transform = &transform;
+        Frame frame;
+        QVERIFY2(render(canvas, view, &frame),
+                 qPrintable(QStringLiteral("pass %1: %2").arg(pass).arg(m_why)));
+        const QString wrong = mismatch(
+            frame, [&](int, int) { return expected; }, exactTolerance);
+        QVERIFY2(wrong.isEmpty(), qPrintable(QStringLiteral("pass %1: %2").arg(pass).arg(wrong)));
+    }
+    MShaderList::instance()->removeShader(id);
+}
+
+QUILLMERE_TEST_MAIN(TestViewComposition)
+#include "tst_viewcomposition.moc"
