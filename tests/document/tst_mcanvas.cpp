@@ -1,6 +1,7 @@
 #include "support/glcontext.h"
 #include "support/logwatch.h"
 #include "support/testenvironment.h"
+#include "support/tilebytes.h"
 
 #include "app/msettings.h"
 #include "app/mutility.h"
@@ -15,43 +16,14 @@
 
 namespace {
 
+using namespace QuillmereTest;
+
 using QuillmereTest::LogWatch;
-
-constexpr int tileBytes = 512 * 512 * 4;
-
-QByteArray pattern(quint32 seed)
-{
-    QByteArray bytes(tileBytes, Qt::Uninitialized);
-    QRandomGenerator random(seed);
-    random.fillRange(reinterpret_cast<quint32*>(bytes.data()), tileBytes / 4);
-    return bytes;
-}
-
-QByteArray readBack(MTile* tile)
-{
-    auto* textureTile = dynamic_cast<MTextureTile*>(tile);
-    QByteArray bytes(tileBytes, char(0xAB));
-    if (!textureTile || !textureTile->toBuffer(bytes.data()))
-        return QByteArray();
-    return bytes;
-}
 
 bool paint(MTextureLayer* layer, const QPointF& at, const QByteArray& content)
 {
     auto* tile = dynamic_cast<MTextureTile*>(layer->addTile(at));
     return tile && tile->isCreated() && tile->setData(static_cast<const void*>(content.constData()));
-}
-
-QByteArray readFile(const QString& path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-
-bool writeFile(const QString& path, const QByteArray& bytes)
-{
-    QFile file(path);
-    return file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size();
 }
 
 QStringList layerNames(const MCanvas& canvas)

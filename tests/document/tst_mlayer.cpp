@@ -1,6 +1,7 @@
 #include "support/glcontext.h"
 #include "support/logwatch.h"
 #include "support/testenvironment.h"
+#include "support/tilebytes.h"
 
 #include "app/mutility.h"
 #include "document/mcanvasreader.h"
@@ -16,38 +17,9 @@
 
 namespace {
 
+using namespace QuillmereTest;
+
 using QuillmereTest::LogWatch;
-
-constexpr int tileBytes = 512 * 512 * 4;
-
-QByteArray pattern(quint32 seed)
-{
-    QByteArray bytes(tileBytes, Qt::Uninitialized);
-    QRandomGenerator random(seed);
-    random.fillRange(reinterpret_cast<quint32*>(bytes.data()), tileBytes / 4);
-    return bytes;
-}
-
-QByteArray readBack(MTile* tile)
-{
-    auto* textureTile = dynamic_cast<MTextureTile*>(tile);
-    QByteArray bytes(tileBytes, char(0xAB));
-    if (!textureTile || !textureTile->toBuffer(bytes.data()))
-        return QByteArray();
-    return bytes;
-}
-
-QByteArray readFile(const QString& path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-
-bool writeFile(const QString& path, const QByteArray& bytes)
-{
-    QFile file(path);
-    return file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size();
-}
 
 // Sets a property twice to the same new value: the first call must emit the
 // value once, the second nothing.

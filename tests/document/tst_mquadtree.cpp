@@ -1,3 +1,4 @@
+#include "support/logwatch.h"
 #include "support/testenvironment.h"
 
 #include "app/mlogger.h"
@@ -26,30 +27,14 @@ static uint qHash(const QRect& rect, uint seed = 0)
 
 namespace {
 
+using QuillmereTest::LogWatch;
+
 // The texture layer's geometry (512, margin 6, inner 500) with plain tiles, so
 // that the tree can be driven without GPU memory.
 class PlainLayer : public MTiledLayer
 {
 public:
     std::unique_ptr<MTile> createTile() override { return std::make_unique<MTile>(this); }
-};
-
-// What the log gained since the watch was made.
-class LogWatch
-{
-public:
-    LogWatch() : m_start(QFileInfo(MLogger::logFilePath()).size()) {}
-    QString added() const
-    {
-        QFile file(MLogger::logFilePath());
-        if (!file.open(QIODevice::ReadOnly))
-            return QString();
-        file.seek(m_start);
-        return QString::fromUtf8(file.readAll());
-    }
-
-private:
-    qint64 m_start;
 };
 
 bool isPowerOfTwo(int value)

@@ -1,6 +1,7 @@
 #include "support/glcontext.h"
 #include "support/logwatch.h"
 #include "support/testenvironment.h"
+#include "support/tilebytes.h"
 
 #include "app/mlogger.h"
 #include "app/msettings.h"
@@ -25,42 +26,14 @@ static uint qHash(const QRect& rect, uint seed = 0)
 
 namespace {
 
+using namespace QuillmereTest;
+
 using QuillmereTest::LogWatch;
 
 constexpr int tileSize = 512;
-constexpr int tileBytes = tileSize * tileSize * 4;
 constexpr int cellSize = 64;
 // One block of the changed-cells shape: its rectangle, then 64 x 64 pixels.
 constexpr int blockBytes = 16 + cellSize * cellSize * 4;
-
-// Bytes that differ from pixel to pixel and from seed to seed.
-QByteArray pattern(quint32 seed)
-{
-    QByteArray bytes(tileBytes, Qt::Uninitialized);
-    QRandomGenerator random(seed);
-    random.fillRange(reinterpret_cast<quint32*>(bytes.data()), tileBytes / 4);
-    return bytes;
-}
-
-QByteArray readBack(MTextureTile* tile)
-{
-    QByteArray bytes(tileBytes, char(0xAB));
-    if (!tile->toBuffer(bytes.data()))
-        return QByteArray();
-    return bytes;
-}
-
-QByteArray readFile(const QString& path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-
-bool writeFile(const QString& path, const QByteArray& bytes)
-{
-    QFile file(path);
-    return file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size();
-}
 
 void putInt(QByteArray& bytes, int offset, qint32 value)
 {
