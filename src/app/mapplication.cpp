@@ -8,6 +8,8 @@
 #include "app/msettings.h"
 #include "app/msingleinstance.h"
 #include "app/mutility.h"
+#include "brush/mbrushinputinfolist.h"
+#include "brush/mbrushsettinginfolist.h"
 #include "gpu/mopengl.h"
 
 #include <QDebug>
@@ -101,6 +103,8 @@ bool MApplication::startUp(MSingleInstance& guard)
     showSplashMessage(tr("translation loaded..."));
 
     MMath::instance();
+    MBrushSettingInfoList::instance();
+    MBrushInputInfoList::instance();
     MOpenGL::instance();
 
     MPathVarList::instance();
@@ -136,6 +140,8 @@ void MApplication::shutDown()
 
     MPathVarList::destroy();
     MOpenGL::destroy();
+    MBrushInputInfoList::destroy();
+    MBrushSettingInfoList::destroy();
     MMath::destroy();
     MSettings::destroy();
 }

@@ -11,6 +11,11 @@ namespace {
     QT_TRANSLATE_NOOP("Enum", "PixelsPerCentimeter"), QT_TRANSLATE_NOOP("Enum", "LeftEdge"),
     QT_TRANSLATE_NOOP("Enum", "TopEdge"),       QT_TRANSLATE_NOOP("Enum", "RightEdge"),
     QT_TRANSLATE_NOOP("Enum", "BottomEdge"),
+    QT_TRANSLATE_NOOP("Enum", "EllipseShape"),  QT_TRANSLATE_NOOP("Enum", "RectangleShape"),
+    QT_TRANSLATE_NOOP("Enum", "ConstantAngle"), QT_TRANSLATE_NOOP("Enum", "FollowDirectionAngle"),
+    QT_TRANSLATE_NOOP("Enum", "AutoSpacing"),   QT_TRANSLATE_NOOP("Enum", "RatioSpacing"),
+    QT_TRANSLATE_NOOP("Enum", "ConstantSpacing"), QT_TRANSLATE_NOOP("Enum", "Antialiasing"),
+    QT_TRANSLATE_NOOP("Enum", "NoAntialiasing"), QT_TRANSLATE_NOOP("Enum", "Smoothing"),
 };
 
 } // namespace
