@@ -2,6 +2,124 @@
 <!DOCTYPE TS>
 <TS version="2.1" language="en" sourcelanguage="en">
 <context>
+    <name>DCurveEditor</name>
+    <message>
+        <source>Add curve</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Remove curve</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Add point</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Remove point</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Reset</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Invert x</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Invert y</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Ok</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>x min</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>x max</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>y min</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>y max</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Modulo</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Preset</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Formula</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Close</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Do you want to save modifications?</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Save</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Dont&apos; save</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>DLayerEdit</name>
+    <message>
+        <source>Layer properties</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Name</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Opacity</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Visible</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Locked</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Mask</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Ok</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
     <name>DSettings</name>
     <message>
         <source>Settings</source>
@@ -104,6 +222,53 @@
     </message>
 </context>
 <context>
+    <name>DSortList</name>
+    <message>
+        <source>Sort brush list</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>&gt;&gt;</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>&lt;&lt;</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Move up</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Move down</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Move at top</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Move at bottom</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Ok</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>system</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>user</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
     <name>DTextureParam</name>
     <message>
         <source>Texture shader parameter</source>
@@ -182,7 +347,7 @@
     <name>Enum</name>
     <message>
         <source>Transparent</source>
-        <translation type="unfinished"></translation>
+        <translation>Transparent</translation>
     </message>
     <message>
         <source>Colored</source>
@@ -190,7 +355,7 @@
     </message>
     <message>
         <source>Paper</source>
-        <translation type="unfinished"></translation>
+        <translation>Paper</translation>
     </message>
     <message>
         <source>PixelsPerInch</source>
@@ -216,6 +381,58 @@
         <source>BottomEdge</source>
         <translation>Bottom edge</translation>
     </message>
+    <message>
+        <source>EllipseShape</source>
+        <translation>Ellipse shape</translation>
+    </message>
+    <message>
+        <source>RectangleShape</source>
+        <translation>Rectangle shape</translation>
+    </message>
+    <message>
+        <source>ConstantAngle</source>
+        <translation>Constant angle</translation>
+    </message>
+    <message>
+        <source>FollowDirectionAngle</source>
+        <translation>Follow direction angle</translation>
+    </message>
+    <message>
+        <source>AutoSpacing</source>
+        <translation>Auto spacing</translation>
+    </message>
+    <message>
+        <source>RatioSpacing</source>
+        <translation>Ratio spacing</translation>
+    </message>
+    <message>
+        <source>ConstantSpacing</source>
+        <translation>Constant spacing</translation>
+    </message>
+    <message>
+        <source>Antialiasing</source>
+        <translation>Antialiasing</translation>
+    </message>
+    <message>
+        <source>NoAntialiasing</source>
+        <translation>No antialiasing</translation>
+    </message>
+    <message>
+        <source>Smoothing</source>
+        <translation>Smoothing</translation>
+    </message>
+    <message>
+        <source>NoMask</source>
+        <translation>No mask</translation>
+    </message>
+    <message>
+        <source>AlphaMask</source>
+        <translation>Alpha mask</translation>
+    </message>
+    <message>
+        <source>OneMinusAlphaMask</source>
+        <translation>One minus alpha mask</translation>
+    </message>
 </context>
 <context>
     <name>MApplication</name>
@@ -225,6 +442,175 @@
     </message>
     <message>
         <source>Can&apos;t run Quillmere: your graphic card driver is not supported.</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>MBrush</name>
+    <message>
+        <source>New brush</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>MBrushInputInfoList</name>
+    <message>
+        <source>Pressure</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Stylus pressure</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Tangential pressure</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Stylus tangential pressure</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>X tilt</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Y tilt</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Position x</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Position y</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Direction x</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Direction y</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Speed</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Time to previous</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Time elapsed between two inputs of a stroke (ms)</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Total time</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Time elapsed since the start of a stroke (ms)</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Distance to previous</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Distance travelled by the stylus or mouse between two inputs of a stroke (px)</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Total distance</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Distance travelled by the stylus or mouse since the start of stroke (px)</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Random number</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Random number generated at each stamp (between 0 and 1)</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>MCanvas</name>
+    <message>
+        <source>new document %1.%2</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Remove layers</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Set canvas size: %1, %2</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Duplicate layer</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Merge layer</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Apply effect %1</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Paste an image</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Append an image</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Layer %1</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Append a layer</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Fill tile with color</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Layer down</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Layer up</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Prepend a layer</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Remove layer</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Resize painted rectangle: %1, %2</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Layer property change</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Update tile</source>
         <translation type="unfinished"></translation>
     </message>
 </context>
@@ -401,6 +787,20 @@
     </message>
     <message>
         <source>Processing %3: file %1 of %2 </source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>MFillCanvasRunner</name>
+    <message>
+        <source>Clear</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>MLayer</name>
+    <message>
+        <source>Layer</source>
         <translation type="unfinished"></translation>
     </message>
 </context>

@@ -2,6 +2,124 @@
 <!DOCTYPE TS>
 <TS version="2.1" language="fr" sourcelanguage="en">
 <context>
+    <name>DCurveEditor</name>
+    <message>
+        <source>Add curve</source>
+        <translation>Ajouter une courbe</translation>
+    </message>
+    <message>
+        <source>Remove curve</source>
+        <translation>Supprimer la courbe</translation>
+    </message>
+    <message>
+        <source>Add point</source>
+        <translation>Ajouter un point</translation>
+    </message>
+    <message>
+        <source>Remove point</source>
+        <translation>Supprimer le point</translation>
+    </message>
+    <message>
+        <source>Reset</source>
+        <translation>Réinitialiser</translation>
+    </message>
+    <message>
+        <source>Invert x</source>
+        <translation>Inverser x</translation>
+    </message>
+    <message>
+        <source>Invert y</source>
+        <translation>Inverser y</translation>
+    </message>
+    <message>
+        <source>Ok</source>
+        <translation>Ok</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>Annuler</translation>
+    </message>
+    <message>
+        <source>x min</source>
+        <translation>x min</translation>
+    </message>
+    <message>
+        <source>x max</source>
+        <translation>x max</translation>
+    </message>
+    <message>
+        <source>y min</source>
+        <translation>y min</translation>
+    </message>
+    <message>
+        <source>y max</source>
+        <translation>y max</translation>
+    </message>
+    <message>
+        <source>Modulo</source>
+        <translation>Modulo</translation>
+    </message>
+    <message>
+        <source>Preset</source>
+        <translation>Préréglage</translation>
+    </message>
+    <message>
+        <source>Formula</source>
+        <translation>Formule</translation>
+    </message>
+    <message>
+        <source>Close</source>
+        <translation>Fermer</translation>
+    </message>
+    <message>
+        <source>Do you want to save modifications?</source>
+        <translation>Voulez-vous enregistrer les modifications ?</translation>
+    </message>
+    <message>
+        <source>Save</source>
+        <translation>Enregistrer</translation>
+    </message>
+    <message>
+        <source>Dont&apos; save</source>
+        <translation>Ne pas enregistrer</translation>
+    </message>
+</context>
+<context>
+    <name>DLayerEdit</name>
+    <message>
+        <source>Layer properties</source>
+        <translation>Propriétés du calque</translation>
+    </message>
+    <message>
+        <source>Name</source>
+        <translation>Nom</translation>
+    </message>
+    <message>
+        <source>Opacity</source>
+        <translation>Opacité</translation>
+    </message>
+    <message>
+        <source>Visible</source>
+        <translation>Visible</translation>
+    </message>
+    <message>
+        <source>Locked</source>
+        <translation>Verrouillé</translation>
+    </message>
+    <message>
+        <source>Mask</source>
+        <translation>Masque</translation>
+    </message>
+    <message>
+        <source>Ok</source>
+        <translation>Ok</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>Annuler</translation>
+    </message>
+</context>
+<context>
     <name>DSettings</name>
     <message>
         <source>Settings</source>
@@ -101,6 +219,53 @@
     <message>
         <source>Apply the effect to layer. You can remove the effect later.</source>
         <translation>Appliquer l&apos;effet au calque. Vous pourrez le retirer plus tard.</translation>
+    </message>
+</context>
+<context>
+    <name>DSortList</name>
+    <message>
+        <source>Sort brush list</source>
+        <translation>Trier la liste des brosses</translation>
+    </message>
+    <message>
+        <source>&gt;&gt;</source>
+        <translation>&gt;&gt;</translation>
+    </message>
+    <message>
+        <source>&lt;&lt;</source>
+        <translation>&lt;&lt;</translation>
+    </message>
+    <message>
+        <source>Move up</source>
+        <translation>Monter</translation>
+    </message>
+    <message>
+        <source>Move down</source>
+        <translation>Descendre</translation>
+    </message>
+    <message>
+        <source>Move at top</source>
+        <translation>Tout en haut</translation>
+    </message>
+    <message>
+        <source>Move at bottom</source>
+        <translation>Tout en bas</translation>
+    </message>
+    <message>
+        <source>Ok</source>
+        <translation>Ok</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>Annuler</translation>
+    </message>
+    <message>
+        <source>system</source>
+        <translation>système</translation>
+    </message>
+    <message>
+        <source>user</source>
+        <translation>utilisateur</translation>
     </message>
 </context>
 <context>
@@ -216,6 +381,58 @@
         <source>BottomEdge</source>
         <translation>Bord bas</translation>
     </message>
+    <message>
+        <source>EllipseShape</source>
+        <translation>Ellipse</translation>
+    </message>
+    <message>
+        <source>RectangleShape</source>
+        <translation>Rectangle</translation>
+    </message>
+    <message>
+        <source>ConstantAngle</source>
+        <translation>Angle constant</translation>
+    </message>
+    <message>
+        <source>FollowDirectionAngle</source>
+        <translation>Angle suivant la direction</translation>
+    </message>
+    <message>
+        <source>AutoSpacing</source>
+        <translation>Espacement automatique</translation>
+    </message>
+    <message>
+        <source>RatioSpacing</source>
+        <translation>Espacement proportionnel</translation>
+    </message>
+    <message>
+        <source>ConstantSpacing</source>
+        <translation>Espacement constant</translation>
+    </message>
+    <message>
+        <source>Antialiasing</source>
+        <translation>Anticrénelage</translation>
+    </message>
+    <message>
+        <source>NoAntialiasing</source>
+        <translation>Sans anticrénelage</translation>
+    </message>
+    <message>
+        <source>Smoothing</source>
+        <translation>Lissage</translation>
+    </message>
+    <message>
+        <source>NoMask</source>
+        <translation>Sans masque</translation>
+    </message>
+    <message>
+        <source>AlphaMask</source>
+        <translation>Masque alpha</translation>
+    </message>
+    <message>
+        <source>OneMinusAlphaMask</source>
+        <translation>Masque alpha inversé</translation>
+    </message>
 </context>
 <context>
     <name>MApplication</name>
@@ -226,6 +443,175 @@
     <message>
         <source>Can&apos;t run Quillmere: your graphic card driver is not supported.</source>
         <translation>Impossible de lancer Quillmere : le pilote de votre carte graphique n&apos;est pas pris en charge.</translation>
+    </message>
+</context>
+<context>
+    <name>MBrush</name>
+    <message>
+        <source>New brush</source>
+        <translation>Nouvelle brosse</translation>
+    </message>
+</context>
+<context>
+    <name>MBrushInputInfoList</name>
+    <message>
+        <source>Pressure</source>
+        <translation>Pression</translation>
+    </message>
+    <message>
+        <source>Stylus pressure</source>
+        <translation>Pression du stylet</translation>
+    </message>
+    <message>
+        <source>Tangential pressure</source>
+        <translation>Pression tangentielle</translation>
+    </message>
+    <message>
+        <source>Stylus tangential pressure</source>
+        <translation>Pression tangentielle du stylet</translation>
+    </message>
+    <message>
+        <source>X tilt</source>
+        <translation>Inclinaison X</translation>
+    </message>
+    <message>
+        <source>Y tilt</source>
+        <translation>Inclinaison Y</translation>
+    </message>
+    <message>
+        <source>Position x</source>
+        <translation>Position x</translation>
+    </message>
+    <message>
+        <source>Position y</source>
+        <translation>Position y</translation>
+    </message>
+    <message>
+        <source>Direction x</source>
+        <translation>Direction x</translation>
+    </message>
+    <message>
+        <source>Direction y</source>
+        <translation>Direction y</translation>
+    </message>
+    <message>
+        <source>Speed</source>
+        <translation>Vitesse</translation>
+    </message>
+    <message>
+        <source>Time to previous</source>
+        <translation>Temps depuis le point précédent</translation>
+    </message>
+    <message>
+        <source>Time elapsed between two inputs of a stroke (ms)</source>
+        <translation>Temps écoulé entre deux points d&apos;un trait (ms)</translation>
+    </message>
+    <message>
+        <source>Total time</source>
+        <translation>Temps total</translation>
+    </message>
+    <message>
+        <source>Time elapsed since the start of a stroke (ms)</source>
+        <translation>Temps écoulé depuis le début d&apos;un trait (ms)</translation>
+    </message>
+    <message>
+        <source>Distance to previous</source>
+        <translation>Distance au point précédent</translation>
+    </message>
+    <message>
+        <source>Distance travelled by the stylus or mouse between two inputs of a stroke (px)</source>
+        <translation>Distance parcourue par le stylet ou la souris entre deux points d&apos;un trait (px)</translation>
+    </message>
+    <message>
+        <source>Total distance</source>
+        <translation>Distance totale</translation>
+    </message>
+    <message>
+        <source>Distance travelled by the stylus or mouse since the start of stroke (px)</source>
+        <translation>Distance parcourue par le stylet ou la souris depuis le début du trait (px)</translation>
+    </message>
+    <message>
+        <source>Random number</source>
+        <translation>Nombre aléatoire</translation>
+    </message>
+    <message>
+        <source>Random number generated at each stamp (between 0 and 1)</source>
+        <translation>Nombre aléatoire tiré à chaque empreinte (entre 0 et 1)</translation>
+    </message>
+</context>
+<context>
+    <name>MCanvas</name>
+    <message>
+        <source>new document %1.%2</source>
+        <translation>nouveau document %1.%2</translation>
+    </message>
+    <message>
+        <source>Remove layers</source>
+        <translation>Supprimer les calques</translation>
+    </message>
+    <message>
+        <source>Set canvas size: %1, %2</source>
+        <translation>Définir la taille du canevas : %1, %2</translation>
+    </message>
+    <message>
+        <source>Duplicate layer</source>
+        <translation>Dupliquer le calque</translation>
+    </message>
+    <message>
+        <source>Merge layer</source>
+        <translation>Fusionner le calque</translation>
+    </message>
+    <message>
+        <source>Apply effect %1</source>
+        <translation>Appliquer l&apos;effet %1</translation>
+    </message>
+    <message>
+        <source>Paste an image</source>
+        <translation>Coller une image</translation>
+    </message>
+    <message>
+        <source>Append an image</source>
+        <translation>Ajouter une image</translation>
+    </message>
+    <message>
+        <source>Layer %1</source>
+        <translation>Calque %1</translation>
+    </message>
+    <message>
+        <source>Append a layer</source>
+        <translation>Ajouter un calque</translation>
+    </message>
+    <message>
+        <source>Fill tile with color</source>
+        <translation>Remplir la tuile avec la couleur</translation>
+    </message>
+    <message>
+        <source>Layer down</source>
+        <translation>Descendre le calque</translation>
+    </message>
+    <message>
+        <source>Layer up</source>
+        <translation>Monter le calque</translation>
+    </message>
+    <message>
+        <source>Prepend a layer</source>
+        <translation>Insérer un calque en bas</translation>
+    </message>
+    <message>
+        <source>Remove layer</source>
+        <translation>Supprimer le calque</translation>
+    </message>
+    <message>
+        <source>Resize painted rectangle: %1, %2</source>
+        <translation>Redimensionner le rectangle peint : %1, %2</translation>
+    </message>
+    <message>
+        <source>Layer property change</source>
+        <translation>Modification des propriétés du calque</translation>
+    </message>
+    <message>
+        <source>Update tile</source>
+        <translation>Mettre à jour la tuile</translation>
     </message>
 </context>
 <context>
@@ -402,6 +788,20 @@
     <message>
         <source>Processing %3: file %1 of %2 </source>
         <translation>Traitement de %3 : fichier %1 sur %2 </translation>
+    </message>
+</context>
+<context>
+    <name>MFillCanvasRunner</name>
+    <message>
+        <source>Clear</source>
+        <translation>Effacer</translation>
+    </message>
+</context>
+<context>
+    <name>MLayer</name>
+    <message>
+        <source>Layer</source>
+        <translation>Calque</translation>
     </message>
 </context>
 <context>

@@ -11,6 +11,9 @@ namespace {
     QT_TRANSLATE_NOOP("Enum", "PixelsPerCentimeter"), QT_TRANSLATE_NOOP("Enum", "LeftEdge"),
     QT_TRANSLATE_NOOP("Enum", "TopEdge"),       QT_TRANSLATE_NOOP("Enum", "RightEdge"),
     QT_TRANSLATE_NOOP("Enum", "BottomEdge"),
+    // Layer masks, shown by the layer properties dialog.
+    QT_TRANSLATE_NOOP("Enum", "NoMask"), QT_TRANSLATE_NOOP("Enum", "AlphaMask"),
+    QT_TRANSLATE_NOOP("Enum", "OneMinusAlphaMask"),
     QT_TRANSLATE_NOOP("Enum", "EllipseShape"),  QT_TRANSLATE_NOOP("Enum", "RectangleShape"),
     QT_TRANSLATE_NOOP("Enum", "ConstantAngle"), QT_TRANSLATE_NOOP("Enum", "FollowDirectionAngle"),
     QT_TRANSLATE_NOOP("Enum", "AutoSpacing"),   QT_TRANSLATE_NOOP("Enum", "RatioSpacing"),
