@@ -24,4 +24,12 @@ public:
     // Runs with the arguments after the command's words. 0 means success,
     // 1 that the input had errors, 2 a usage error.
     virtual int run(const QStringList& arguments, QTextStream& out, QTextStream& err) = 0;
+
+protected:
+    // The result codes of the document reader and writer, for messages.
+    static QString readResultText(int code);
+    static QString writeResultText(int code);
+    // The driver probe and a 3.3 core shared context, as the program needs
+    // them to hold a document; false with a message on err otherwise.
+    static bool initializeOpenGL(QTextStream& err);
 };

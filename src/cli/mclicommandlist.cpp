@@ -1,6 +1,9 @@
 #include "cli/mclicommandlist.h"
 
+#include "cli/mcliconvert.h"
 #include "cli/mclieffectcheck.h"
+#include "cli/mcliinfo.h"
+#include "cli/mclirender.h"
 
 #include <QTextStream>
 
@@ -8,6 +11,9 @@ MCliCommandList::MCliCommandList()
 {
     // One line per command.
     m_commands.push_back(std::make_unique<MCliEffectCheck>());
+    m_commands.push_back(std::make_unique<MCliInfo>());
+    m_commands.push_back(std::make_unique<MCliRender>());
+    m_commands.push_back(std::make_unique<MCliConvert>());
 }
 
 MCliCommandList::~MCliCommandList() = default;

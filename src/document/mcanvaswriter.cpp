@@ -7,8 +7,8 @@
 
 #include <QDataStream>
 #include <QFile>
+#include <QSaveFile>
 
-#include <functional>
 #include <memory>
 #include <new>
 
@@ -17,34 +17,67 @@ const QUuid MCanvasWriter::layerMagic(QStringLiteral("{FF014CB9-2855-4DC1-99C9-9
 
 namespace {
 
-int saveToFile(const QString& fileName, const QUuid& magic, const std::function<int(QDataStream&)>& body)
+void setUpStream(QDataStream& stream, const QUuid& magic)
 {
-    QFile file(fileName);
-    if (!file.open(QIODevice::WriteOnly)) {
-        MLogger::systemError(QStringLiteral("MCanvasWriter::saveToFile"),
-                             QStringLiteral("%1: %2").arg(fileName, file.errorString()));
-        return MCanvasWriter::OpenFailed;
-    }
-    QDataStream stream(&file);
     stream.setVersion(MCanvasWriter::streamVersion);
     stream << magic << MCanvasWriter::fileVersion;
-    if (stream.status() != QDataStream::Ok)
-        return MCanvasWriter::ShortWrite;
-    return body(stream);
 }
 
 } // namespace
 
 int MCanvasWriter::saveCanvasToFile(const QString& fileName, MCanvas* canvas)
 {
-    return saveToFile(fileName, canvasMagic,
-                      [canvas](QDataStream& stream) { return saveCanvasToStream(stream, canvas); });
+    // The document goes to a temporary file beside the old one, which is only
+    // replaced once every byte is out: a failed save never costs the user the
+    // previous version.
+    const QString source = QStringLiteral("MCanvasWriter::saveCanvasToFile");
+    QSaveFile file(fileName);
+    if (!file.open(QIODevice::WriteOnly)) {
+        MLogger::systemError(source,
+                             QStringLiteral("Unable to open %1: %2").arg(fileName, file.errorString()));
+        return OpenFailed;
+    }
+    QDataStream stream(&file);
+    setUpStream(stream, canvasMagic);
+    const int result = stream.status() == QDataStream::Ok ? saveCanvasToStream(stream, canvas) : ShortWrite;
+    if (result != Success) {
+        if (file.error() != QFileDevice::NoError)
+            MLogger::systemError(source,
+                                 QStringLiteral("Unable to write %1: %2").arg(fileName, file.errorString()));
+        file.cancelWriting();
+        return result;
+    }
+    if (stream.status() != QDataStream::Ok || !file.commit()) {
+        MLogger::systemError(source,
+                             QStringLiteral("Unable to write %1: %2").arg(fileName, file.errorString()));
+        return ShortWrite;
+    }
+    return Success;
 }
 
 int MCanvasWriter::saveLayerToFile(const QString& fileName, MTextureLayer* layer)
 {
-    return saveToFile(fileName, layerMagic,
-                      [layer](QDataStream& stream) { return saveLayerToStream(stream, layer); });
+    // A layer file is a fresh temporary of undo: nothing to keep, so it is
+    // written in place.
+    QFile file(fileName);
+    if (!file.open(QIODevice::WriteOnly)) {
+        MLogger::systemError(QStringLiteral("MCanvasWriter::saveLayerToFile"),
+                             QStringLiteral("%1: %2").arg(fileName, file.errorString()));
+        return OpenFailed;
+    }
+    QDataStream stream(&file);
+    setUpStream(stream, layerMagic);
+    if (stream.status() != QDataStream::Ok)
+        return ShortWrite;
+    const int result = saveLayerToStream(stream, layer);
+    if (result != Success)
+        return result;
+    if (!file.flush() || stream.status() != QDataStream::Ok) {
+        MLogger::systemError(QStringLiteral("MCanvasWriter::saveLayerToFile"),
+                             QStringLiteral("%1: %2").arg(fileName, file.errorString()));
+        return ShortWrite;
+    }
+    return Success;
 }
 
 int MCanvasWriter::saveCanvasToStream(QDataStream& stream, MCanvas* canvas)
