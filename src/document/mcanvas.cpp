@@ -435,7 +435,10 @@ bool MCanvas::loadPaper(const QString& name)
 {
     const QString path =
         QStringLiteral("%1%2").arg(MUtility::directory(MEnum::UserPath, MEnum::PaperDir), name.trimmed());
-    if (name.trimmed().isEmpty() || !QFileInfo(path).isFile())
+    // A paper is a file of the paper directory: a name that reaches elsewhere is refused.
+    const QString trimmed = name.trimmed();
+    if (trimmed.isEmpty() || QFileInfo(trimmed).fileName() != trimmed || trimmed == QStringLiteral("..") ||
+        trimmed.contains(QLatin1Char('\\')) || !QFileInfo(path).isFile())
         return false;
     QImage image(path);
     if (image.isNull())

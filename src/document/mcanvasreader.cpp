@@ -226,7 +226,18 @@ int MCanvasReader::readCanvasHeader(QDataStream& stream, CanvasHeader* header, c
         MLogger::systemError(source, why);
         return ShortRead;
     };
-    stream >> header->paintedRect >> header->paperType >> header->paperColor;
+    stream >> header->paintedRect >> header->paperType;
+    if (stream.status() != QDataStream::Ok)
+        return fail(statusText(stream));
+    // A colour's first byte is its model, which Qt takes as it comes: one
+    // out of the enumeration is refused before it becomes a QColor.
+    const QByteArray colorModel = stream.device()->peek(1);
+    if (colorModel.isEmpty())
+        return fail(QStringLiteral("Unexpected end of file"));
+    if (qint8(colorModel.at(0)) < qint8(QColor::Invalid) ||
+        qint8(colorModel.at(0)) > qint8(QColor::ExtendedRgb))
+        return fail(QStringLiteral("Invalid paper color"));
+    stream >> header->paperColor;
     if (stream.status() != QDataStream::Ok)
         return fail(statusText(stream));
     const QRectF& rect = header->paintedRect;
@@ -238,9 +249,6 @@ int MCanvasReader::readCanvasHeader(QDataStream& stream, CanvasHeader* header, c
     if (header->paperType != MEnum::Transparent && header->paperType != MEnum::Colored &&
         header->paperType != MEnum::Paper)
         return fail(QStringLiteral("Invalid paper type %1").arg(header->paperType));
-    const int colorModel = int(header->paperColor.spec());
-    if (colorModel < int(QColor::Invalid) || colorModel > int(QColor::ExtendedRgb))
-        return fail(QStringLiteral("Invalid paper color"));
 
     header->paperName.clear();
     header->paperTile = QImage();

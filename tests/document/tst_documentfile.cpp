@@ -164,7 +164,7 @@ Layout layoutOf(const DocumentPlan& plan)
     layout.field(qint32(100));
     layout.field(plan.paintedRect, "paintedRect");
     layout.field(qint32(plan.paperType), "paperType");
-    layout.field(plan.paperColor);
+    layout.field(plan.paperColor, "paperColor");
     if (plan.paperType == MEnum::Paper) {
         layout.field(plan.paperName);
         layout.field(plan.paperTile, "paperTile");
@@ -501,6 +501,8 @@ void TestDocumentFile::invalidFields()
         {"layerCount", 0, be32(10000000), canvasSource + "Invalid layer count 10000000"},
         {"paperType", 0, be32(7), canvasSource + "Invalid paper type 7"},
         {"paperType", 0, be32(-1), canvasSource + "Invalid paper type -1"},
+        // A colour model out of the enumeration.
+        {"paperColor", 0, QByteArray(1, char(116)), canvasSource + "Invalid paper color"},
         {"paintedRect", 16, be64(std::numeric_limits<double>::quiet_NaN()),
          canvasSource + "Invalid painted rectangle"},
         {"paintedRect", 0, be64(1e300), canvasSource + "Invalid painted rectangle"},

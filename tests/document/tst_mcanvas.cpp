@@ -347,6 +347,11 @@ void TestMCanvas::paintedRectAndPaperSize()
     paper.fill(Qt::darkYellow);
     QVERIFY(
         paper.save(MUtility::directory(MEnum::UserPath, MEnum::PaperDir) + QStringLiteral("test-paper.png")));
+    // Names that leave the paper directory are refused, even when the file exists.
+    QVERIFY(
+        paper.save(MUtility::directory(MEnum::UserPath, MEnum::PaperDir) + QStringLiteral("../outside.png")));
+    canvas.setPaperName(QStringLiteral("../outside.png"));
+    QCOMPARE(canvas.paperName(), QStringLiteral("paper-01.jpg"));
     canvas.setPaperName(QStringLiteral(" test-paper.png "));
     QCOMPARE(canvas.paperName(), QStringLiteral("test-paper.png"));
     QCOMPARE(canvas.paperTile().format(), QImage::Format_ARGB32_Premultiplied);
