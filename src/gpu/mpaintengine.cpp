@@ -47,6 +47,56 @@ QPoint cellOf(const QPointF& point, int inner)
     return QPoint(int(std::floor(point.x() / inner)), int(std::floor(point.y() / inner)));
 }
 
+// Limits drawing to the window box of the clip rectangle while it lives.
+// Cells that only touch the clip with their margin are still visited, but
+// their pixels outside the clip cost nothing; the previous scissor state
+// comes back on destruction.
+class ScissorGuard
+{
+public:
+    ScissorGuard(QOpenGLFunctions* gl, const MPaintParams* params, double ratio) : m_gl(gl)
+    {
+        if (!params->clipToRect || !params->transform || params->clipRect.isEmpty())
+            return;
+        const QRectF scaled(params->viewRect.topLeft() * ratio, params->viewRect.size() * ratio);
+        QRectF box = params->transform->mapRectToWidget(params->clipRect);
+        box.translate(-params->viewRect.topLeft());
+        box = QRectF(box.topLeft() * ratio, box.size() * ratio);
+        // From top-down widget pixels to bottom-up window pixels, one pixel
+        // wider on each side so that no edge pixel is lost to rounding.
+        const int x0 = int(std::floor(scaled.x() + box.left())) - 1;
+        const int x1 = int(std::ceil(scaled.x() + box.right())) + 1;
+        const int y0 = int(std::floor(scaled.y() + scaled.height() - box.bottom())) - 1;
+        const int y1 = int(std::ceil(scaled.y() + scaled.height() - box.top())) + 1;
+        QRect window(QPoint(x0, y0), QPoint(x1 - 1, y1 - 1));
+        m_wasEnabled = gl->glIsEnabled(GL_SCISSOR_TEST);
+        gl->glGetIntegerv(GL_SCISSOR_BOX, m_previous);
+        if (m_wasEnabled)
+            window &= QRect(m_previous[0], m_previous[1], m_previous[2], m_previous[3]);
+        if (window.isEmpty())
+            window = QRect(0, 0, 0, 0);
+        gl->glEnable(GL_SCISSOR_TEST);
+        gl->glScissor(window.x(), window.y(), window.width(), window.height());
+        m_active = true;
+    }
+    ~ScissorGuard()
+    {
+        if (!m_active)
+            return;
+        m_gl->glScissor(m_previous[0], m_previous[1], m_previous[2], m_previous[3]);
+        if (!m_wasEnabled)
+            m_gl->glDisable(GL_SCISSOR_TEST);
+    }
+    ScissorGuard(const ScissorGuard&) = delete;
+    ScissorGuard& operator=(const ScissorGuard&) = delete;
+
+private:
+    QOpenGLFunctions* m_gl;
+    bool m_active = false;
+    GLboolean m_wasEnabled = GL_FALSE;
+    GLint m_previous[4] = {0, 0, 0, 0};
+};
+
 } // namespace
 
 MPaintEngine::MPaintEngine(MCanvas* canvas) : QObject(canvas), m_canvas(canvas)
@@ -355,6 +405,7 @@ void MPaintEngine::drawLayers(MPaintParams* params)
 {
     if (!params || !m_canvas->isGlInitialized() || m_canvas->count() == 0)
         return;
+    const ScissorGuard scissor(this, params, params->useDevicePixelRatio ? devicePixelRatio() : 1.0);
     const int count = m_canvas->count();
     const int current = m_canvas->currentRow();
     int first = 0;
