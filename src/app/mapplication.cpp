@@ -2,24 +2,29 @@
 
 #include "app/mfileutility.h"
 #include "app/mlogger.h"
+#include "app/mmainwindow.h"
 #include "app/mmath.h"
+#include "app/mmousefunctions.h"
 #include "app/mnamedmutex.h"
 #include "app/mpathvarlist.h"
 #include "app/msettings.h"
 #include "app/msingleinstance.h"
+#include "app/mtablet.h"
 #include "app/mutility.h"
 #include "brush/mbrushinputinfolist.h"
 #include "brush/mbrushsettinginfolist.h"
 #include "gpu/mopengl.h"
+#include "gpu/mtexturetransfert.h"
 
 #include <QDebug>
 #include <QFile>
 #include <QFileOpenEvent>
 #include <QLocale>
-#include <QMainWindow>
 #include <QMessageBox>
+#include <QOpenGLContext>
 #include <QSplashScreen>
 #include <QSurfaceFormat>
+#include <QTabletEvent>
 #include <QTime>
 #include <QTranslator>
 
@@ -102,12 +107,15 @@ bool MApplication::startUp(MSingleInstance& guard)
     MFileUtility::installData();
     showSplashMessage(tr("translation loaded..."));
 
+    MTablet::instance();
     MMath::instance();
     MBrushSettingInfoList::instance();
     MBrushInputInfoList::instance();
     MOpenGL::instance();
 
+    MMouseFunctions::instance();
     MPathVarList::instance();
+    MTextureTransfert::create(512, 6, 4);
 
     emptyTemporaryDirectory();
 
@@ -119,9 +127,8 @@ bool MApplication::startUp(MSingleInstance& guard)
         return false;
     }
 
-    m_mainWindow = new QMainWindow;
-    m_mainWindow->setWindowTitle(QStringLiteral("Quillmere"));
-    m_mainWindow->resize(1024, 720);
+    m_mainWindow = new MMainWindow;
+    installEventFilter(MTablet::instance());
 
     const QStringList arguments = QCoreApplication::arguments();
     if (arguments.size() > 1 && QFile::exists(arguments.at(1)))
@@ -138,11 +145,17 @@ void MApplication::shutDown()
     m_mainWindow = nullptr;
     emptyTemporaryDirectory();
 
+    // The transfer buffers are GL objects of the shared context.
+    if (MTextureTransfert::exists() && MTextureTransfert::instance()->isInitialized())
+        MTextureTransfert::instance()->shutDown(QOpenGLContext::globalShareContext());
+    MTextureTransfert::destroy();
     MPathVarList::destroy();
+    MMouseFunctions::destroy();
     MOpenGL::destroy();
     MBrushInputInfoList::destroy();
     MBrushSettingInfoList::destroy();
     MMath::destroy();
+    MTablet::destroy();
     MSettings::destroy();
 }
 
@@ -152,8 +165,8 @@ bool MApplication::loadTranslation(const QString& name)
     // over them.
     auto* translator = new QTranslator;
     const QString langId = MSettings::instance()->userLangId().toLower();
-    const QString path =
-        MUtility::translationsDir() + QStringLiteral("%1_%2").arg(name.toLower(), langId) + QStringLiteral(".qm");
+    const QString path = MUtility::translationsDir() + QStringLiteral("%1_%2").arg(name.toLower(), langId) +
+                         QStringLiteral(".qm");
     if (!QFile::exists(path))
         qDebug() << "error file not found" << path;
     if (!translator->load(QLocale(langId), path)) {
@@ -172,6 +185,9 @@ bool MApplication::event(QEvent* event)
     switch (event->type()) {
     case QEvent::TabletEnterProximity:
     case QEvent::TabletLeaveProximity:
+        // The leave event carries the pointer type too, so the device stays
+        // recorded after the stylus has gone.
+        MTablet::instance()->set_proximityDevice(int(static_cast<QTabletEvent*>(event)->pointerType()));
         return false;
     case QEvent::FileOpen:
         // Opening a document by this route is not offered; the event is consumed.

@@ -8,7 +8,7 @@
 #include <memory>
 
 class MSingleInstance;
-class QMainWindow;
+class MMainWindow;
 class QSplashScreen;
 
 // The application object: splash screen, the start-up and shutdown orders of
@@ -39,7 +39,7 @@ public:
     void shutDown();
     bool loadTranslation(const QString& name);
 
-    QMainWindow* mainWindow() const { return m_mainWindow; }
+    MMainWindow* mainWindow() const { return m_mainWindow; }
 
 protected:
     bool event(QEvent* event) override;
@@ -52,5 +52,5 @@ private:
     static void emptyTemporaryDirectory();
 
     std::unique_ptr<QSplashScreen> m_splash;
-    QMainWindow* m_mainWindow = nullptr;
+    MMainWindow* m_mainWindow = nullptr;
 };

@@ -10,6 +10,7 @@
 #include "document/mcommandlayerdown.h"
 #include "document/mcommandlayerup.h"
 #include "document/mcommandprependlayer.h"
+#include "document/mcommandquickfilltile.h"
 #include "document/mcommandremovelayer.h"
 #include "document/mcommandsetpaintedrect.h"
 #include "document/mcommandupdatelayerproperties.h"
@@ -17,6 +18,7 @@
 #include "document/mtexturetile.h"
 #include "effects/mshader.h"
 #include "effects/mshaderlist.h"
+#include "gpu/mbuffertile.h"
 #include "gpu/mopengl.h"
 #include "gpu/mpaintengine.h"
 #include "gpu/mpaintparams.h"
@@ -24,6 +26,7 @@
 #include "gpu/mtransform.h"
 #include "panels/dlayeredit.h"
 #include "tools/mfillcanvasrunner.h"
+#include "tools/mquickfill.h"
 
 #include <QApplication>
 #include <QClipboard>
@@ -876,6 +879,47 @@ void MCanvas::appendImage(const QPointF& point, const QImage& image)
     new MCommandAppendLayer(this);
     pasteImage(point, image, false, tr("Paste an image"));
     endMacro();
+}
+
+bool MCanvas::pasteBuffer(MQuickFill* quickFill, int layerIndex, const QString& title)
+{
+    const int row = resolveRow(layerIndex);
+    MTextureLayer* layer = at(row);
+    if (!quickFill || !layer)
+        return false;
+    if (!makeCurrent()) {
+        MLogger::systemError(QStringLiteral("MCanvas::pasteBuffer"), contextFailure);
+        return false;
+    }
+    bool ok = true;
+    beginMacro(title);
+    for (MBufferTile* item : quickFill->paintedTiles()) {
+        auto* tile = dynamic_cast<MTextureTile*>(layer->addTile(QRectF(item->rect()).center()));
+        if (!tile || !tile->isCreated()) {
+            ok = false;
+            break;
+        }
+        new MCommandQuickFillTile(this, row, tile, item);
+    }
+    endMacro();
+    Q_EMIT updateThumbnail(this, row);
+    refresh();
+    return ok;
+}
+
+bool MCanvas::quickSelect(const QPointF& point, bool clearSelection, int threshold, int layerIndex)
+{
+    MQuickFill quickFill;
+    quickFill.setCanvas(this);
+    quickFill.set_clearSelection(clearSelection);
+    quickFill.set_threshold(quint8(qBound(0, threshold, 255)));
+    // Only a selection that reached the mask layer counts: a run that ran out
+    // of memory left the layer as it was.
+    if (!quickFill.select(point.toPoint(), layerIndex))
+        return false;
+    setHasSelection(true);
+    Q_EMIT selectionChanged();
+    return true;
 }
 
 bool MCanvas::loadImage(const QString& fileName)

@@ -17,6 +17,7 @@
 #include <memory>
 
 class MPaintEngine;
+class MQuickFill;
 class MSharedData;
 class MTextureTile;
 class QOffscreenSurface;
@@ -120,6 +121,13 @@ public:
                     bool overwrite = false);
     // A new layer holding the image.
     void appendImage(const QPointF& point, const QImage& image);
+    // Lays the tiles that a flood fill painted on a layer (-1: the current
+    // one), as one undo step titled title.
+    bool pasteBuffer(MQuickFill* quickFill, int layerIndex, const QString& title);
+    // The magic wand: the region around point on a layer becomes the
+    // selection, or is added to it without clearSelection. The selection
+    // path stays as it was.
+    bool quickSelect(const QPointF& point, bool clearSelection, int threshold, int layerIndex = -1);
     // Opens any image as a new document of its size.
     bool loadImage(const QString& fileName);
 

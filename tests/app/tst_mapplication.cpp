@@ -2,14 +2,14 @@
 
 #include "app/mapplication.h"
 #include "app/mlogger.h"
+#include "app/mmainwindow.h"
 #include "app/mmath.h"
 #include "app/mnamedmutex.h"
 #include "app/msettings.h"
 #include "app/msingleinstance.h"
 #include "app/mutility.h"
+#include "document/mcanvas.h"
 #include "gpu/mopengl.h"
-
-#include <QMainWindow>
 
 #include <cmath>
 #include <fcntl.h>
@@ -24,7 +24,7 @@ class TestApplication : public QObject
 
 private Q_SLOTS:
     void restartRunsStartUpAndShutDownAgain();
-    void aFirstArgumentIsKeptOnlyWhenTheFileExists();
+    void aFirstArgumentThatExistsIsOpened();
     void mathTableHoldsItsAngles();
     void frenchIsShownWhenChosen();
 
@@ -75,7 +75,8 @@ void TestApplication::restartRunsStartUpAndShutDownAgain()
         mipmapsBackOn = MSettings::instance()->generateMipmaps();
 
         // The marker that outside tools watch is held: an exclusive lock fails.
-        const int fd = ::open(QFile::encodeName(MNamedMutex::path(MApplication::mutexName)).constData(), O_RDWR);
+        const int fd =
+            ::open(QFile::encodeName(MNamedMutex::path(MApplication::mutexName)).constData(), O_RDWR);
         mutexHeld = fd >= 0 && ::flock(fd, LOCK_EX | LOCK_NB) != 0;
         if (fd >= 0)
             ::close(fd);
@@ -113,27 +114,31 @@ void TestApplication::restartRunsStartUpAndShutDownAgain()
              4);
 }
 
-void TestApplication::aFirstArgumentIsKeptOnlyWhenTheFileExists()
+void TestApplication::aFirstArgumentThatExistsIsOpened()
 {
     QTemporaryDir scratch;
-    const QString existing = scratch.filePath(QStringLiteral("drawing.qmd"));
-    QFile file(existing);
-    QVERIFY(file.open(QIODevice::WriteOnly));
-    file.close();
+    const QString existing = scratch.filePath(QStringLiteral("drawing.png"));
+    QImage image(40, 30, QImage::Format_ARGB32);
+    image.fill(Qt::darkCyan);
+    QVERIFY(image.save(existing));
 
-    for (const QString& argument : {scratch.filePath(QStringLiteral("missing.qmd")), existing}) {
+    // A missing file is not stored at all: opening it would stop the start
+    // on an error box.
+    for (const QString& argument : {scratch.filePath(QStringLiteral("missing.png")), existing}) {
         QByteArray program = "quillmere";
         QByteArray path = QFile::encodeName(argument);
         char* argv[] = {program.data(), path.data(), nullptr};
         int argc = 2;
-        QString stored;
+        QSizeF page;
+        QString leftOver = QStringLiteral("unread");
         const int code = MApplication::run(argc, argv, [&](MApplication& application) {
-            stored = MSettings::instance()->startupFile();
-            MSettings::instance()->set_startupFile(QString());
+            page = application.mainWindow()->canvas()->paintedRect().size();
+            leftOver = MSettings::instance()->startupFile();
             QTimer::singleShot(0, &application, [] { QCoreApplication::exit(0); });
         });
         QCOMPARE(code, 0);
-        QCOMPARE(stored, argument == existing ? existing : QString());
+        QVERIFY(leftOver.isEmpty());
+        QCOMPARE(page == QSizeF(40, 30), argument == existing);
     }
 }
 
