@@ -613,6 +613,10 @@
         <source>Update tile</source>
         <translation type="unfinished"></translation>
     </message>
+    <message>
+        <source>Fill tile</source>
+        <translation type="unfinished"></translation>
+    </message>
 </context>
 <context>
     <name>MColorEdit</name>
@@ -805,6 +809,753 @@
     </message>
 </context>
 <context>
+    <name>MMainWindow</name>
+    <message>
+        <source>&lt;empty&gt;</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>new-document</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1 - </source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Modified</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Close</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Do you want to save modifications?</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Save</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Dont&apos; save</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1 files</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>File Error</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Error saving to the file: file name is empty</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Cannot save file %1.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Cannot open file %1.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Open file</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Import image file</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Settings</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Some changes take effect after a restart. Restart now?</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Paste</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>About Quillmere</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>&lt;h3&gt;Quillmere %1&lt;/h3&gt;&lt;p&gt;A painting program for a stylus or a mouse, where every pixel lives on the graphics card and brushes and effects are programs you can write.&lt;/p&gt;</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Open file...</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Save file</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Save file as...</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>New file</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Exit</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Reset canvas position</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Adjust to width</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Adjust to height</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>View all canvas</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Window transparency (on/off)</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Increase window transparency</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Decrease window transparency</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Undo</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Redo</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Export as image</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Edit effect</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Brush</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Selection</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Color picker</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Shape</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Text</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Symmetry</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Grid</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Line</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Image</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Fill selection</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Stroke selection</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Reset selection</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Invert selection</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Reset brush settings</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Sort brushes</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Lock brush control points</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Add layer at top</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Edit layer</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Remove layer</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Duplicate layer</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Show/Hide layer</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Lock/Unlock layer</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Show all layers</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Hide all layers</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Lock all layers</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Unlock all layers</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Next layer</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Previous layer</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Merge with lower</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Move up</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Move down</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Add a layer at bottom</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Remove empty layers</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Show/hide preview</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Remove preview</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Copy</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Cut</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Paste in new layer</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Change paper</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Increase paper size</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Decrease paper size</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Adjust paper to selection</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Restore default layout</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Edit brush quick settings</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Select all</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Next selection</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Previous selection</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Perspective</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Full screen</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Eraser mode</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Fill</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Flip horizontal</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Flip vertical</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Help index</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Online help</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Contact us</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Check updates</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Print</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Properties</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Import image file...</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>New effect</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Delete effect</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Duplicate effect</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Preview effect</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Apply effect</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Magic wand</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Gradient</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Restart application</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Increase brush radius</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Decrease brush radius</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Time line</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Clear color history</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>New brush</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Delete brush</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Duplicate brush</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Edit brush settings</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Import brush file</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Restore brush to system default</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Copy brush to system directory</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Remove brush from system directory</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Rename brush</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Set brush engine</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Reset brush engine</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>New brush engine</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Edit brush engine</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Duplicate brush engine</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Delete brush engine</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Texture generator</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Load brush texture</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Edit layer effect</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Generate help</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Rename effect</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Rename brush engine</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Import effect</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Color converter</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Comic strip</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Pan</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Rotate</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Zoom</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Ruler</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>ImageToPath</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Hide all layers except current</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Merge with upper</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Set effect thumbnail</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Open default thumbnail</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Colors</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Colors panel</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Effects</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Effects panel</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Brushes</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Brushes panel</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Brush settings</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Brush settings panel</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Palettes</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Color palettes panel</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Undo/redo panel</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Layer</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Layer thumbnail panel</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Main tool bar</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Tools toolbar</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Brushes toolbar</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Selection toolbar</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Shapes toolbar</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Grid toolbar</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Symmetry toolbar</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Text toolbar</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Line toolbar</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Image toolbar</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Perspective toolbar</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Fill toolbar</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Fill selection toolbar</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Layer toolbar</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Gradient toolbar</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Comic strip toolbar</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Ruller toolbar</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Recent files</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Panels</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Tool bars</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Layer visibility</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Thumbnail</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Effects development</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Select brush</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Brush engine</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>File</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Edit</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Layers</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Tools</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Window</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Help</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
     <name>MPathVarList</name>
     <message>
         <source>Documents path</source>
@@ -816,6 +1567,13 @@
     </message>
     <message>
         <source>Installation path</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>MQuickFill</name>
+    <message>
+        <source>Fill</source>
         <translation type="unfinished"></translation>
     </message>
 </context>
@@ -1014,6 +1772,25 @@
     </message>
     <message>
         <source>Errors during options compilation:</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>MWidget</name>
+    <message>
+        <source>the current layer is hidden</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>the canvas is empty</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>the current layer is locked</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>selection is active</source>
         <translation type="unfinished"></translation>
     </message>
 </context>

@@ -613,6 +613,10 @@
         <source>Update tile</source>
         <translation>Mettre à jour la tuile</translation>
     </message>
+    <message>
+        <source>Fill tile</source>
+        <translation>Remplir la tuile</translation>
+    </message>
 </context>
 <context>
     <name>MColorEdit</name>
@@ -805,6 +809,753 @@
     </message>
 </context>
 <context>
+    <name>MMainWindow</name>
+    <message>
+        <source>&lt;empty&gt;</source>
+        <translation>&lt;vide&gt;</translation>
+    </message>
+    <message>
+        <source>new-document</source>
+        <translation>nouveau-document</translation>
+    </message>
+    <message>
+        <source>%1 - </source>
+        <translation>%1 - </translation>
+    </message>
+    <message>
+        <source>Modified</source>
+        <translation>Modifié</translation>
+    </message>
+    <message>
+        <source>Close</source>
+        <translation>Fermer</translation>
+    </message>
+    <message>
+        <source>Do you want to save modifications?</source>
+        <translation>Voulez-vous enregistrer les modifications ?</translation>
+    </message>
+    <message>
+        <source>Save</source>
+        <translation>Enregistrer</translation>
+    </message>
+    <message>
+        <source>Dont&apos; save</source>
+        <translation>Ne pas enregistrer</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>Annuler</translation>
+    </message>
+    <message>
+        <source>%1 files</source>
+        <translation>Fichiers %1</translation>
+    </message>
+    <message>
+        <source>File Error</source>
+        <translation>Erreur de fichier</translation>
+    </message>
+    <message>
+        <source>Error saving to the file: file name is empty</source>
+        <translation>Erreur d&apos;enregistrement du fichier : le nom du fichier est vide</translation>
+    </message>
+    <message>
+        <source>Cannot save file %1.</source>
+        <translation>Impossible d&apos;enregistrer le fichier %1.</translation>
+    </message>
+    <message>
+        <source>Cannot open file %1.</source>
+        <translation>Impossible d&apos;ouvrir le fichier %1.</translation>
+    </message>
+    <message>
+        <source>Open file</source>
+        <translation>Ouvrir un fichier</translation>
+    </message>
+    <message>
+        <source>Import image file</source>
+        <translation>Importer un fichier image</translation>
+    </message>
+    <message>
+        <source>Settings</source>
+        <translation>Paramètres</translation>
+    </message>
+    <message>
+        <source>Some changes take effect after a restart. Restart now?</source>
+        <translation>Certaines modifications prennent effet après un redémarrage. Redémarrer maintenant ?</translation>
+    </message>
+    <message>
+        <source>Paste</source>
+        <translation>Coller</translation>
+    </message>
+    <message>
+        <source>About Quillmere</source>
+        <translation>À propos de Quillmere</translation>
+    </message>
+    <message>
+        <source>&lt;h3&gt;Quillmere %1&lt;/h3&gt;&lt;p&gt;A painting program for a stylus or a mouse, where every pixel lives on the graphics card and brushes and effects are programs you can write.&lt;/p&gt;</source>
+        <translation>&lt;h3&gt;Quillmere %1&lt;/h3&gt;&lt;p&gt;Un logiciel de peinture pour stylet ou souris, où chaque pixel vit sur la carte graphique et où brosses et effets sont des programmes que vous pouvez écrire.&lt;/p&gt;</translation>
+    </message>
+    <message>
+        <source>Open file...</source>
+        <translation>Ouvrir un fichier...</translation>
+    </message>
+    <message>
+        <source>Save file</source>
+        <translation>Enregistrer</translation>
+    </message>
+    <message>
+        <source>Save file as...</source>
+        <translation>Enregistrer sous...</translation>
+    </message>
+    <message>
+        <source>New file</source>
+        <translation>Nouveau fichier</translation>
+    </message>
+    <message>
+        <source>Exit</source>
+        <translation>Quitter</translation>
+    </message>
+    <message>
+        <source>Reset canvas position</source>
+        <translation>Réinitialiser la position du canevas</translation>
+    </message>
+    <message>
+        <source>Adjust to width</source>
+        <translation>Ajuster à la largeur</translation>
+    </message>
+    <message>
+        <source>Adjust to height</source>
+        <translation>Ajuster à la hauteur</translation>
+    </message>
+    <message>
+        <source>View all canvas</source>
+        <translation>Voir tout le canevas</translation>
+    </message>
+    <message>
+        <source>Window transparency (on/off)</source>
+        <translation>Transparence de la fenêtre (oui/non)</translation>
+    </message>
+    <message>
+        <source>Increase window transparency</source>
+        <translation>Augmenter la transparence de la fenêtre</translation>
+    </message>
+    <message>
+        <source>Decrease window transparency</source>
+        <translation>Diminuer la transparence de la fenêtre</translation>
+    </message>
+    <message>
+        <source>Undo</source>
+        <translation>Annuler</translation>
+    </message>
+    <message>
+        <source>Redo</source>
+        <translation>Rétablir</translation>
+    </message>
+    <message>
+        <source>Export as image</source>
+        <translation>Exporter en image</translation>
+    </message>
+    <message>
+        <source>Edit effect</source>
+        <translation>Modifier l&apos;effet</translation>
+    </message>
+    <message>
+        <source>Brush</source>
+        <translation>Brosse</translation>
+    </message>
+    <message>
+        <source>Selection</source>
+        <translation>Sélection</translation>
+    </message>
+    <message>
+        <source>Color picker</source>
+        <translation>Pipette</translation>
+    </message>
+    <message>
+        <source>Shape</source>
+        <translation>Forme</translation>
+    </message>
+    <message>
+        <source>Text</source>
+        <translation>Texte</translation>
+    </message>
+    <message>
+        <source>Symmetry</source>
+        <translation>Symétrie</translation>
+    </message>
+    <message>
+        <source>Grid</source>
+        <translation>Grille</translation>
+    </message>
+    <message>
+        <source>Line</source>
+        <translation>Ligne</translation>
+    </message>
+    <message>
+        <source>Image</source>
+        <translation>Image</translation>
+    </message>
+    <message>
+        <source>Fill selection</source>
+        <translation>Remplir la sélection</translation>
+    </message>
+    <message>
+        <source>Stroke selection</source>
+        <translation>Tracer la sélection</translation>
+    </message>
+    <message>
+        <source>Reset selection</source>
+        <translation>Annuler la sélection</translation>
+    </message>
+    <message>
+        <source>Invert selection</source>
+        <translation>Inverser la sélection</translation>
+    </message>
+    <message>
+        <source>Reset brush settings</source>
+        <translation>Réinitialiser les réglages de la brosse</translation>
+    </message>
+    <message>
+        <source>Sort brushes</source>
+        <translation>Trier les brosses</translation>
+    </message>
+    <message>
+        <source>Lock brush control points</source>
+        <translation>Verrouiller les points de contrôle de la brosse</translation>
+    </message>
+    <message>
+        <source>Add layer at top</source>
+        <translation>Ajouter un calque en haut</translation>
+    </message>
+    <message>
+        <source>Edit layer</source>
+        <translation>Modifier le calque</translation>
+    </message>
+    <message>
+        <source>Remove layer</source>
+        <translation>Supprimer le calque</translation>
+    </message>
+    <message>
+        <source>Duplicate layer</source>
+        <translation>Dupliquer le calque</translation>
+    </message>
+    <message>
+        <source>Show/Hide layer</source>
+        <translation>Afficher/masquer le calque</translation>
+    </message>
+    <message>
+        <source>Lock/Unlock layer</source>
+        <translation>Verrouiller/déverrouiller le calque</translation>
+    </message>
+    <message>
+        <source>Show all layers</source>
+        <translation>Afficher tous les calques</translation>
+    </message>
+    <message>
+        <source>Hide all layers</source>
+        <translation>Masquer tous les calques</translation>
+    </message>
+    <message>
+        <source>Lock all layers</source>
+        <translation>Verrouiller tous les calques</translation>
+    </message>
+    <message>
+        <source>Unlock all layers</source>
+        <translation>Déverrouiller tous les calques</translation>
+    </message>
+    <message>
+        <source>Next layer</source>
+        <translation>Calque suivant</translation>
+    </message>
+    <message>
+        <source>Previous layer</source>
+        <translation>Calque précédent</translation>
+    </message>
+    <message>
+        <source>Merge with lower</source>
+        <translation>Fusionner avec le calque inférieur</translation>
+    </message>
+    <message>
+        <source>Move up</source>
+        <translation>Monter</translation>
+    </message>
+    <message>
+        <source>Move down</source>
+        <translation>Descendre</translation>
+    </message>
+    <message>
+        <source>Add a layer at bottom</source>
+        <translation>Ajouter un calque en bas</translation>
+    </message>
+    <message>
+        <source>Remove empty layers</source>
+        <translation>Supprimer les calques vides</translation>
+    </message>
+    <message>
+        <source>Show/hide preview</source>
+        <translation>Afficher/masquer l&apos;aperçu</translation>
+    </message>
+    <message>
+        <source>Remove preview</source>
+        <translation>Supprimer l&apos;aperçu</translation>
+    </message>
+    <message>
+        <source>Copy</source>
+        <translation>Copier</translation>
+    </message>
+    <message>
+        <source>Cut</source>
+        <translation>Couper</translation>
+    </message>
+    <message>
+        <source>Paste in new layer</source>
+        <translation>Coller dans un nouveau calque</translation>
+    </message>
+    <message>
+        <source>Change paper</source>
+        <translation>Changer de papier</translation>
+    </message>
+    <message>
+        <source>Increase paper size</source>
+        <translation>Agrandir le papier</translation>
+    </message>
+    <message>
+        <source>Decrease paper size</source>
+        <translation>Réduire le papier</translation>
+    </message>
+    <message>
+        <source>Adjust paper to selection</source>
+        <translation>Ajuster le papier à la sélection</translation>
+    </message>
+    <message>
+        <source>Restore default layout</source>
+        <translation>Rétablir la disposition par défaut</translation>
+    </message>
+    <message>
+        <source>Edit brush quick settings</source>
+        <translation>Modifier les réglages rapides de la brosse</translation>
+    </message>
+    <message>
+        <source>Select all</source>
+        <translation>Tout sélectionner</translation>
+    </message>
+    <message>
+        <source>Next selection</source>
+        <translation>Sélection suivante</translation>
+    </message>
+    <message>
+        <source>Previous selection</source>
+        <translation>Sélection précédente</translation>
+    </message>
+    <message>
+        <source>Perspective</source>
+        <translation>Perspective</translation>
+    </message>
+    <message>
+        <source>Full screen</source>
+        <translation>Plein écran</translation>
+    </message>
+    <message>
+        <source>Eraser mode</source>
+        <translation>Mode gomme</translation>
+    </message>
+    <message>
+        <source>Fill</source>
+        <translation>Remplissage</translation>
+    </message>
+    <message>
+        <source>Flip horizontal</source>
+        <translation>Retourner horizontalement</translation>
+    </message>
+    <message>
+        <source>Flip vertical</source>
+        <translation>Retourner verticalement</translation>
+    </message>
+    <message>
+        <source>Help index</source>
+        <translation>Index de l&apos;aide</translation>
+    </message>
+    <message>
+        <source>Online help</source>
+        <translation>Aide en ligne</translation>
+    </message>
+    <message>
+        <source>Contact us</source>
+        <translation>Nous contacter</translation>
+    </message>
+    <message>
+        <source>Check updates</source>
+        <translation>Rechercher des mises à jour</translation>
+    </message>
+    <message>
+        <source>Print</source>
+        <translation>Imprimer</translation>
+    </message>
+    <message>
+        <source>Properties</source>
+        <translation>Propriétés</translation>
+    </message>
+    <message>
+        <source>Import image file...</source>
+        <translation>Importer un fichier image...</translation>
+    </message>
+    <message>
+        <source>New effect</source>
+        <translation>Nouvel effet</translation>
+    </message>
+    <message>
+        <source>Delete effect</source>
+        <translation>Supprimer l&apos;effet</translation>
+    </message>
+    <message>
+        <source>Duplicate effect</source>
+        <translation>Dupliquer l&apos;effet</translation>
+    </message>
+    <message>
+        <source>Preview effect</source>
+        <translation>Aperçu de l&apos;effet</translation>
+    </message>
+    <message>
+        <source>Apply effect</source>
+        <translation>Appliquer l&apos;effet</translation>
+    </message>
+    <message>
+        <source>Magic wand</source>
+        <translation>Baguette magique</translation>
+    </message>
+    <message>
+        <source>Gradient</source>
+        <translation>Dégradé</translation>
+    </message>
+    <message>
+        <source>Restart application</source>
+        <translation>Redémarrer l&apos;application</translation>
+    </message>
+    <message>
+        <source>Increase brush radius</source>
+        <translation>Augmenter le rayon de la brosse</translation>
+    </message>
+    <message>
+        <source>Decrease brush radius</source>
+        <translation>Diminuer le rayon de la brosse</translation>
+    </message>
+    <message>
+        <source>Time line</source>
+        <translation>Ligne de temps</translation>
+    </message>
+    <message>
+        <source>Clear color history</source>
+        <translation>Effacer l&apos;historique des couleurs</translation>
+    </message>
+    <message>
+        <source>New brush</source>
+        <translation>Nouvelle brosse</translation>
+    </message>
+    <message>
+        <source>Delete brush</source>
+        <translation>Supprimer la brosse</translation>
+    </message>
+    <message>
+        <source>Duplicate brush</source>
+        <translation>Dupliquer la brosse</translation>
+    </message>
+    <message>
+        <source>Edit brush settings</source>
+        <translation>Modifier les réglages de la brosse</translation>
+    </message>
+    <message>
+        <source>Import brush file</source>
+        <translation>Importer un fichier de brosse</translation>
+    </message>
+    <message>
+        <source>Restore brush to system default</source>
+        <translation>Rétablir la brosse du système</translation>
+    </message>
+    <message>
+        <source>Copy brush to system directory</source>
+        <translation>Copier la brosse dans le dossier système</translation>
+    </message>
+    <message>
+        <source>Remove brush from system directory</source>
+        <translation>Retirer la brosse du dossier système</translation>
+    </message>
+    <message>
+        <source>Rename brush</source>
+        <translation>Renommer la brosse</translation>
+    </message>
+    <message>
+        <source>Set brush engine</source>
+        <translation>Choisir le moteur de brosse</translation>
+    </message>
+    <message>
+        <source>Reset brush engine</source>
+        <translation>Réinitialiser le moteur de brosse</translation>
+    </message>
+    <message>
+        <source>New brush engine</source>
+        <translation>Nouveau moteur de brosse</translation>
+    </message>
+    <message>
+        <source>Edit brush engine</source>
+        <translation>Modifier le moteur de brosse</translation>
+    </message>
+    <message>
+        <source>Duplicate brush engine</source>
+        <translation>Dupliquer le moteur de brosse</translation>
+    </message>
+    <message>
+        <source>Delete brush engine</source>
+        <translation>Supprimer le moteur de brosse</translation>
+    </message>
+    <message>
+        <source>Texture generator</source>
+        <translation>Générateur de textures</translation>
+    </message>
+    <message>
+        <source>Load brush texture</source>
+        <translation>Charger une texture de brosse</translation>
+    </message>
+    <message>
+        <source>Edit layer effect</source>
+        <translation>Modifier l&apos;effet du calque</translation>
+    </message>
+    <message>
+        <source>Generate help</source>
+        <translation>Générer l&apos;aide</translation>
+    </message>
+    <message>
+        <source>Rename effect</source>
+        <translation>Renommer l&apos;effet</translation>
+    </message>
+    <message>
+        <source>Rename brush engine</source>
+        <translation>Renommer le moteur de brosse</translation>
+    </message>
+    <message>
+        <source>Import effect</source>
+        <translation>Importer un effet</translation>
+    </message>
+    <message>
+        <source>Color converter</source>
+        <translation>Convertisseur de couleurs</translation>
+    </message>
+    <message>
+        <source>Comic strip</source>
+        <translation>Bande dessinée</translation>
+    </message>
+    <message>
+        <source>Pan</source>
+        <translation>Déplacer la vue</translation>
+    </message>
+    <message>
+        <source>Rotate</source>
+        <translation>Pivoter</translation>
+    </message>
+    <message>
+        <source>Zoom</source>
+        <translation>Zoom</translation>
+    </message>
+    <message>
+        <source>Ruler</source>
+        <translation>Règle</translation>
+    </message>
+    <message>
+        <source>ImageToPath</source>
+        <translation>Image en tracé</translation>
+    </message>
+    <message>
+        <source>Hide all layers except current</source>
+        <translation>Masquer tous les calques sauf le calque courant</translation>
+    </message>
+    <message>
+        <source>Merge with upper</source>
+        <translation>Fusionner avec le calque supérieur</translation>
+    </message>
+    <message>
+        <source>Set effect thumbnail</source>
+        <translation>Définir la vignette de l&apos;effet</translation>
+    </message>
+    <message>
+        <source>Open default thumbnail</source>
+        <translation>Ouvrir la vignette par défaut</translation>
+    </message>
+    <message>
+        <source>Colors</source>
+        <translation>Couleurs</translation>
+    </message>
+    <message>
+        <source>Colors panel</source>
+        <translation>Panneau des couleurs</translation>
+    </message>
+    <message>
+        <source>Effects</source>
+        <translation>Effets</translation>
+    </message>
+    <message>
+        <source>Effects panel</source>
+        <translation>Panneau des effets</translation>
+    </message>
+    <message>
+        <source>Brushes</source>
+        <translation>Brosses</translation>
+    </message>
+    <message>
+        <source>Brushes panel</source>
+        <translation>Panneau des brosses</translation>
+    </message>
+    <message>
+        <source>Brush settings</source>
+        <translation>Réglages de la brosse</translation>
+    </message>
+    <message>
+        <source>Brush settings panel</source>
+        <translation>Panneau des réglages de la brosse</translation>
+    </message>
+    <message>
+        <source>Palettes</source>
+        <translation>Palettes</translation>
+    </message>
+    <message>
+        <source>Color palettes panel</source>
+        <translation>Panneau des palettes de couleurs</translation>
+    </message>
+    <message>
+        <source>Undo/redo panel</source>
+        <translation>Panneau d&apos;historique</translation>
+    </message>
+    <message>
+        <source>Layer</source>
+        <translation>Calque</translation>
+    </message>
+    <message>
+        <source>Layer thumbnail panel</source>
+        <translation>Panneau de vignette du calque</translation>
+    </message>
+    <message>
+        <source>Main tool bar</source>
+        <translation>Barre d&apos;outils principale</translation>
+    </message>
+    <message>
+        <source>Tools toolbar</source>
+        <translation>Barre d&apos;outils</translation>
+    </message>
+    <message>
+        <source>Brushes toolbar</source>
+        <translation>Barre des brosses</translation>
+    </message>
+    <message>
+        <source>Selection toolbar</source>
+        <translation>Barre de sélection</translation>
+    </message>
+    <message>
+        <source>Shapes toolbar</source>
+        <translation>Barre des formes</translation>
+    </message>
+    <message>
+        <source>Grid toolbar</source>
+        <translation>Barre de grille</translation>
+    </message>
+    <message>
+        <source>Symmetry toolbar</source>
+        <translation>Barre de symétrie</translation>
+    </message>
+    <message>
+        <source>Text toolbar</source>
+        <translation>Barre de texte</translation>
+    </message>
+    <message>
+        <source>Line toolbar</source>
+        <translation>Barre de ligne</translation>
+    </message>
+    <message>
+        <source>Image toolbar</source>
+        <translation>Barre d&apos;image</translation>
+    </message>
+    <message>
+        <source>Perspective toolbar</source>
+        <translation>Barre de perspective</translation>
+    </message>
+    <message>
+        <source>Fill toolbar</source>
+        <translation>Barre de remplissage</translation>
+    </message>
+    <message>
+        <source>Fill selection toolbar</source>
+        <translation>Barre de remplissage de sélection</translation>
+    </message>
+    <message>
+        <source>Layer toolbar</source>
+        <translation>Barre des calques</translation>
+    </message>
+    <message>
+        <source>Gradient toolbar</source>
+        <translation>Barre de dégradé</translation>
+    </message>
+    <message>
+        <source>Comic strip toolbar</source>
+        <translation>Barre de bande dessinée</translation>
+    </message>
+    <message>
+        <source>Ruller toolbar</source>
+        <translation>Barre de règle</translation>
+    </message>
+    <message>
+        <source>Recent files</source>
+        <translation>Fichiers récents</translation>
+    </message>
+    <message>
+        <source>Panels</source>
+        <translation>Panneaux</translation>
+    </message>
+    <message>
+        <source>Tool bars</source>
+        <translation>Barres d&apos;outils</translation>
+    </message>
+    <message>
+        <source>Layer visibility</source>
+        <translation>Visibilité des calques</translation>
+    </message>
+    <message>
+        <source>Thumbnail</source>
+        <translation>Vignette</translation>
+    </message>
+    <message>
+        <source>Effects development</source>
+        <translation>Développement des effets</translation>
+    </message>
+    <message>
+        <source>Select brush</source>
+        <translation>Choisir une brosse</translation>
+    </message>
+    <message>
+        <source>Brush engine</source>
+        <translation>Moteur de brosse</translation>
+    </message>
+    <message>
+        <source>File</source>
+        <translation>Fichier</translation>
+    </message>
+    <message>
+        <source>Edit</source>
+        <translation>Édition</translation>
+    </message>
+    <message>
+        <source>Layers</source>
+        <translation>Calques</translation>
+    </message>
+    <message>
+        <source>Tools</source>
+        <translation>Outils</translation>
+    </message>
+    <message>
+        <source>Window</source>
+        <translation>Fenêtre</translation>
+    </message>
+    <message>
+        <source>Help</source>
+        <translation>Aide</translation>
+    </message>
+</context>
+<context>
     <name>MPathVarList</name>
     <message>
         <source>Documents path</source>
@@ -817,6 +1568,13 @@
     <message>
         <source>Installation path</source>
         <translation>Dossier d&apos;installation</translation>
+    </message>
+</context>
+<context>
+    <name>MQuickFill</name>
+    <message>
+        <source>Fill</source>
+        <translation>Remplissage</translation>
     </message>
 </context>
 <context>
@@ -1015,6 +1773,25 @@
     <message>
         <source>Errors during options compilation:</source>
         <translation>Erreurs à la compilation des options :</translation>
+    </message>
+</context>
+<context>
+    <name>MWidget</name>
+    <message>
+        <source>the current layer is hidden</source>
+        <translation>le calque courant est masqué</translation>
+    </message>
+    <message>
+        <source>the canvas is empty</source>
+        <translation>le canevas est vide</translation>
+    </message>
+    <message>
+        <source>the current layer is locked</source>
+        <translation>le calque courant est verrouillé</translation>
+    </message>
+    <message>
+        <source>selection is active</source>
+        <translation>la sélection est active</translation>
     </message>
 </context>
 </TS>
