@@ -232,6 +232,34 @@ QString translated(const char* text)
     return QCoreApplication::translate("MMainWindow", text);
 }
 
+// The tools, in the order of the Tools menu and of the tools bar.
+QList<const char*> toolEntries()
+{
+    return {"actionBrushTool",
+            "actionLineTool",
+            "actionShapeTool",
+            "actionTextTool",
+            "actionFillTool",
+            "actionGradientTool",
+            "actionImageTool",
+            "actionComicStripTool",
+            "-",
+            "actionSelectionTool",
+            "actionFillSelectionTool",
+            "actionColorPickerTool",
+            "-",
+            "actionSymmetryTool",
+            "actionGridTool",
+            "actionPerspectiveTool",
+            "actionRullerTool",
+            "-",
+            "actionPanTool",
+            "actionRotateTool",
+            "actionZoomTool",
+            "-",
+            "actionEraserMode"};
+}
+
 } // namespace
 
 QString MMainWindowForm::iconPath(const QString& objectName)
@@ -280,7 +308,7 @@ void MMainWindowForm::createActions(QMainWindow* window)
 }
 
 QMenu* MMainWindowForm::addMenu(QWidget* parent, const char* objectName, const char* title,
-                                std::initializer_list<const char*> entries)
+                                const QList<const char*>& entries)
 {
     auto* menu = new QMenu(translated(title), parent);
     menu->setObjectName(QString::fromLatin1(objectName));
@@ -340,30 +368,7 @@ void MMainWindowForm::createMenus(QMainWindow* window)
                 {"actionSelectAll", "actionResetSelection", "actionInvertSelection", "-",
                  "actionNextSelection", "actionPreviousSelection", "-", "actionFillSelection",
                  "actionStrokeSelection"}),
-        addMenu(window, "menuTools", QT_TRANSLATE_NOOP("MMainWindow", "Tools"),
-                {"actionBrushTool",
-                 "actionLineTool",
-                 "actionShapeTool",
-                 "actionTextTool",
-                 "actionFillTool",
-                 "actionGradientTool",
-                 "actionImageTool",
-                 "actionComicStripTool",
-                 "-",
-                 "actionSelectionTool",
-                 "actionFillSelectionTool",
-                 "actionColorPickerTool",
-                 "-",
-                 "actionSymmetryTool",
-                 "actionGridTool",
-                 "actionPerspectiveTool",
-                 "actionRullerTool",
-                 "-",
-                 "actionPanTool",
-                 "actionRotateTool",
-                 "actionZoomTool",
-                 "-",
-                 "actionEraserMode"}),
+        addMenu(window, "menuTools", QT_TRANSLATE_NOOP("MMainWindow", "Tools"), toolEntries()),
         addMenu(window, "menuBrush", QT_TRANSLATE_NOOP("MMainWindow", "Brush"),
                 {"menuSelectBrush",
                  "-",
@@ -414,30 +419,7 @@ void MMainWindowForm::createToolBars(QMainWindow* window)
         {QStringLiteral("mainToolBar"),
          {"actionFileNew", "actionFileOpen", "actionFileSave", "-", "actionUndo", "actionRedo", "-",
           "actionResetCanvasPosition", "actionViewAllCanvas", "actionFlipHorizontal"}},
-        {QStringLiteral("toolsToolBar"),
-         {"actionBrushTool",
-          "actionLineTool",
-          "actionShapeTool",
-          "actionTextTool",
-          "actionFillTool",
-          "actionGradientTool",
-          "actionImageTool",
-          "actionComicStripTool",
-          "-",
-          "actionSelectionTool",
-          "actionFillSelectionTool",
-          "actionColorPickerTool",
-          "-",
-          "actionSymmetryTool",
-          "actionGridTool",
-          "actionPerspectiveTool",
-          "actionRullerTool",
-          "-",
-          "actionPanTool",
-          "actionRotateTool",
-          "actionZoomTool",
-          "-",
-          "actionEraserMode"}},
+        {QStringLiteral("toolsToolBar"), toolEntries()},
         {QStringLiteral("layerToolBar"),
          {"actionNewLayer", "actionDuplicateLayer", "actionRemoveLayer", "-", "actionShowLayer",
           "actionLockLayer", "-", "actionMoveLayerUp", "actionMoveLayerDown", "actionMergeLayerWithLower",

@@ -4,8 +4,6 @@
 #include <QList>
 #include <QString>
 
-#include <initializer_list>
-
 class QAction;
 class QDockWidget;
 class QMainWindow;
@@ -53,7 +51,7 @@ private:
     void createToolBars(QMainWindow* window);
     void createDocks(QMainWindow* window);
     QMenu* addMenu(QWidget* parent, const char* objectName, const char* title,
-                   std::initializer_list<const char*> entries);
+                   const QList<const char*>& entries);
 
     QHash<QString, QAction*> m_actions;
     QHash<QString, QMenu*> m_menus;

@@ -225,41 +225,31 @@ int MBufferLayer::scanLeft(int x, int y, int limit, const uchar* color, int tole
 int MBufferLayer::scanRight(int x, int y, int limit, const uchar* color, int tolerance, MCanvas* canvas,
                             MTextureLayer* layer)
 {
-    const int inner = innerSize();
-    while (x <= limit) {
-        MBufferTile* tile = tileOfPixel(x, y, canvas, layer);
-        const int stop = inner > 0 ? qMin(limit, cellOf(x) * inner + inner - 1) : limit;
-        if (!tile) {
-            if (!colorMatches(transparent, color, tolerance))
-                return x;
-            x = stop + 1;
-            continue;
-        }
-        const int step = tile->bytesPerPixel();
-        for (const uchar* p = tile->pixelAt(x, y); x <= stop; ++x, p += step) {
-            if (!colorMatches(p, color, tolerance))
-                return x;
-        }
-    }
-    return x;
+    return scanForward(x, y, limit, color, tolerance, canvas, layer, false);
 }
 
 int MBufferLayer::scanUntilMatch(int x, int y, int limit, const uchar* color, int tolerance, MCanvas* canvas,
                                  MTextureLayer* layer)
+{
+    return scanForward(x, y, limit, color, tolerance, canvas, layer, true);
+}
+
+int MBufferLayer::scanForward(int x, int y, int limit, const uchar* color, int tolerance, MCanvas* canvas,
+                              MTextureLayer* layer, bool stopOnMatch)
 {
     const int inner = innerSize();
     while (x <= limit) {
         MBufferTile* tile = tileOfPixel(x, y, canvas, layer);
         const int stop = inner > 0 ? qMin(limit, cellOf(x) * inner + inner - 1) : limit;
         if (!tile) {
-            if (colorMatches(transparent, color, tolerance))
+            if (colorMatches(transparent, color, tolerance) == stopOnMatch)
                 return x;
             x = stop + 1;
             continue;
         }
         const int step = tile->bytesPerPixel();
         for (const uchar* p = tile->pixelAt(x, y); x <= stop; ++x, p += step) {
-            if (colorMatches(p, color, tolerance))
+            if (colorMatches(p, color, tolerance) == stopOnMatch)
                 return x;
         }
     }

@@ -87,6 +87,9 @@ private:
     MBufferTile* fetch(int column, int row, MCanvas* canvas, MTextureLayer* layer);
     MBufferTile* find(int column, int row) const;
     int cellOf(int coordinate) const;
+    // Walks right until a pixel's match equals stopOnMatch.
+    int scanForward(int x, int y, int limit, const uchar* color, int tolerance, MCanvas* canvas,
+                    MTextureLayer* layer, bool stopOnMatch);
 
     unsigned m_tileSize;
     unsigned m_margin;
