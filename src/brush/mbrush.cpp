@@ -2,6 +2,7 @@
 
 #include "app/mevent.h"
 #include "app/mlogger.h"
+#include "brush/mbrushpreview.h"
 #include "brush/mbrushsettinginfolist.h"
 #include "brush/mcurve.h"
 #include "effects/mvalues.h"
@@ -72,6 +73,30 @@ void MBrush::set_borderColor(const QColor& color)
         return;
     m_borderColor = color;
     Q_EMIT borderColorChanged(color);
+}
+
+namespace {
+
+const QSize previewSize(150, 60);
+
+} // namespace
+
+QImage MBrush::renderPreview(const QSize& size, const QColor& strokeColor, const QColor& borderColor) const
+{
+    return MBrushPreview::render(*this, size, strokeColor, borderColor);
+}
+
+QImage MBrush::preview() const
+{
+    if (m_preview.isNull())
+        m_preview = renderPreview(previewSize, Qt::darkGray, Qt::white);
+    return m_preview;
+}
+
+void MBrush::refreshPreview()
+{
+    m_preview = renderPreview(previewSize, Qt::darkGray, Qt::white);
+    Q_EMIT previewChanged(m_preview);
 }
 
 double MBrush::baseValue(int setting) const

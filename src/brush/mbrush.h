@@ -6,6 +6,7 @@
 
 #include <QColor>
 #include <QImage>
+#include <QSize>
 #include <QString>
 #include <QVector>
 
@@ -27,6 +28,7 @@ class MBrush : public MShaderObject, public MCurveOwner
     Q_PROPERTY(QString description READ description WRITE set_description NOTIFY descriptionChanged)
     Q_PROPERTY(int version READ version WRITE set_version NOTIFY versionChanged)
     Q_PROPERTY(QColor borderColor READ borderColor WRITE set_borderColor NOTIFY borderColorChanged)
+    Q_PROPERTY(QImage preview READ preview NOTIFY previewChanged)
     Q_PROPERTY(double radius READ radius WRITE setRadius NOTIFY radiusChanged)
     Q_PROPERTY(double spacing READ spacing WRITE setSpacing NOTIFY spacingChanged)
     Q_PROPERTY(int spacingType READ spacingType WRITE setSpacingType NOTIFY spacingTypeChanged)
@@ -137,6 +139,13 @@ public:
     double borderColorSaturation() const { return baseValue(MEnum::bsBorderColorSaturation); }
     double borderColorValue() const { return baseValue(MEnum::bsBorderColorValue); }
 
+    // The list thumbnail: a stroke of the brush, rendered on first use and
+    // kept until refreshPreview.
+    QImage preview() const;
+    // A stroke of the brush across an image of size, drawn on the GPU in
+    // strokeColor, with borderColor for brushes that use a border colour.
+    QImage renderPreview(const QSize& size, const QColor& strokeColor, const QColor& borderColor) const;
+
     // The table of base values, by property name.
     MValues* values() const { return m_values; }
     // A setting's stored value; 0.0, 0 or false when missing.
@@ -192,6 +201,8 @@ public Q_SLOTS:
     void set_description(const QString& description);
     void set_version(int version);
     void set_borderColor(const QColor& color);
+    // Renders the thumbnail anew, as after an edit of the brush.
+    void refreshPreview();
 
     void setRadius(double value);
     void setSpacing(double value);
@@ -239,6 +250,7 @@ Q_SIGNALS:
     void descriptionChanged(const QString& description);
     void versionChanged(int version);
     void borderColorChanged(const QColor& color);
+    void previewChanged(const QImage& preview);
 
     void radiusChanged(double value);
     void spacingChanged(double value);
@@ -292,6 +304,8 @@ private:
     int m_version = 1;
     QColor m_borderColor;
     QImage m_texture;
+    // Made on demand by a const getter.
+    mutable QImage m_preview;
     QVector<int> m_quickSettings;
     MCurve* m_autoSpacingCurve = nullptr;
     MValues* m_values = nullptr;

@@ -1,5 +1,7 @@
 #include "effects/menumedit.h"
 
+#include "gpu/mcompositionmodelist.h"
+
 #include <QCoreApplication>
 #include <QIcon>
 
@@ -19,6 +21,12 @@ void MEnumEdit::setEnum(const QMetaEnum& metaEnum, const QStringList& icons)
         const QString text = QCoreApplication::translate("Enum", metaEnum.key(i));
         addValue(text, metaEnum.value(i), i < icons.size() ? QIcon(icons.at(i)) : QIcon());
     }
+}
+
+void MEnumEdit::setCompositionModes(bool brushModesOnly)
+{
+    clear();
+    MCompositionModeList::instance()->fillComboBox(this, brushModesOnly);
 }
 
 void MEnumEdit::addValue(const QString& text, int value, const QIcon& icon)

@@ -18,6 +18,9 @@ public:
     // "Enum"; icons are resource paths given in the order of the keys, and
     // rows beyond the list get none. The first value becomes current.
     void setEnum(const QMetaEnum& metaEnum, const QStringList& icons = QStringList());
+    // Fills the box with the composition modes, those that brushes offer only
+    // when asked; the first becomes current.
+    void setCompositionModes(bool brushModesOnly);
     // Adds a row for a value that comes from elsewhere than an enumeration.
     void addValue(const QString& text, int value, const QIcon& icon = QIcon());
 

@@ -377,10 +377,15 @@ QWidget* MFieldPanel::createEditor(const MField& field, QWidget* parent)
             m_connector.connect(combo, QOverload<int>::of(&QComboBox::currentIndexChanged), this,
                                 &MFieldPanel::onEditorChanged);
             editor = combo;
-        } else if (field.enumName != compositionModeEnum && field.enumName != pickListEnum &&
-                   metaEnum.isValid()) {
-            // The composition modes aren't an enumeration of MEnum: until their
-            // list can fill an MEnumEdit they are edited by number, below.
+        } else if (field.enumName == compositionModeEnum) {
+            // The composition modes come from their own list; fields name them
+            // for brushes, which offer only some.
+            auto* enumEdit = new MEnumEdit(parent);
+            enumEdit->setCompositionModes(true);
+            enumEdit->setMaximumWidth(200);
+            m_connector.connect(enumEdit, &MEnumEdit::valueChanged, this, &MFieldPanel::onEditorChanged);
+            editor = enumEdit;
+        } else if (field.enumName != pickListEnum && metaEnum.isValid()) {
             auto* enumEdit = new MEnumEdit(parent);
             enumEdit->setEnum(metaEnum);
             enumEdit->setMaximumWidth(200);
@@ -476,8 +481,5 @@ void MFieldPanel::updateCurveButton(const Entry& entry) const
     const bool hasCurve = owner && owner->hasCurve(entry.field->id);
     const QString iconPath =
         hasCurve ? QStringLiteral(":/icons/check.ico") : QStringLiteral(":/icons/plus.ico");
-    // A missing icon file would still make a blank icon: the text stands in then.
-    const bool hasIcon = QFile::exists(iconPath);
-    entry.curveButton->setIcon(hasIcon ? QIcon(iconPath) : QIcon());
-    entry.curveButton->setText(hasCurve ? QStringLiteral("\u2713") : QStringLiteral("+"));
+    entry.curveButton->setIcon(QIcon(iconPath));
 }

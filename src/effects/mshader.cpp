@@ -10,6 +10,7 @@
 #include <QColor>
 #include <QFile>
 #include <QOpenGLContext>
+#include <QRegularExpression>
 #include <QUuid>
 
 namespace {
@@ -140,7 +141,24 @@ QStringList MShader::resourceLines(const QString& path)
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly | QIODevice::Text))
         return {};
-    return QString::fromUtf8(file.readAll()).split(QLatin1Char('\n'));
+    static const QRegularExpression include(QStringLiteral("^#include \"([a-z_]+\\.glsl)\"$"));
+    QStringList lines;
+    const QStringList fileLines = QString::fromUtf8(file.readAll()).split(QLatin1Char('\n'));
+    for (const QString& line : fileLines) {
+        const QRegularExpressionMatch match = include.match(line);
+        if (!match.hasMatch()) {
+            lines << line;
+            continue;
+        }
+        // Our own resources only, one level deep: an included file includes nothing.
+        QFile included(QStringLiteral(":/shaders/") + match.captured(1));
+        if (!included.open(QIODevice::ReadOnly | QIODevice::Text))
+            return {};
+        for (const QString& text : QString::fromUtf8(included.readAll()).split(QLatin1Char('\n')))
+            if (!text.startsWith(QLatin1String("#version")))
+                lines << text;
+    }
+    return lines;
 }
 
 QString MShader::fragmentSource(bool* ok)
@@ -172,7 +190,8 @@ QString MShader::fragmentSource(bool* ok)
     const QStringList body = section(QStringLiteral("main"));
     if (body.isEmpty()) {
         lines << (brush ? QStringLiteral("\tf_color = v_color;")
-                        : QStringLiteral("\tf_color = texture(f_currentLayerTexture, v_texCoords0.st) * f_opacity;"));
+                        : QStringLiteral(
+                              "\tf_color = texture(f_currentLayerTexture, v_texCoords0.st) * f_opacity;"));
     } else {
         for (const QString& line : body)
             lines << QLatin1Char('\t') + line;
@@ -195,8 +214,8 @@ bool MShader::parseParams()
 
     params::Result declared = params::compile(section(QStringLiteral("params")).join(QLatin1Char('\n')));
     if (!declared.ok()) {
-        m_compileMessages =
-            tr("Errors during parameters compilation:") + QLatin1Char('\n') + declared.errors.join(QLatin1Char('\n'));
+        m_compileMessages = tr("Errors during parameters compilation:") + QLatin1Char('\n') +
+                            declared.errors.join(QLatin1Char('\n'));
         return false;
     }
     clearParams();
@@ -216,10 +235,11 @@ bool MShader::parseParams()
     }
     m_compileMessages = warnings.join(QLatin1Char('\n'));
 
-    const options::Result sampling = options::compile(section(QStringLiteral("options")).join(QLatin1Char('\n')));
+    const options::Result sampling =
+        options::compile(section(QStringLiteral("options")).join(QLatin1Char('\n')));
     if (!sampling.ok()) {
-        m_compileMessages =
-            tr("Errors during options compilation:") + QLatin1Char('\n') + sampling.errors.join(QLatin1Char('\n'));
+        m_compileMessages = tr("Errors during options compilation:") + QLatin1Char('\n') +
+                            sampling.errors.join(QLatin1Char('\n'));
         return false;
     }
     set_minFilter(glFilter(sampling.minFilter));

@@ -33,7 +33,16 @@ class MShader : public QObject
     Q_PROPERTY(QImage preview READ preview WRITE setPreview NOTIFY previewChanged)
 
 public:
-    enum Type { EffectShader = 0, BrushShader = 1 };
+    // The lines of a shader source among the resources. A line
+    // #include "name" stands for the lines of :/shaders/name, less its
+    // #version line: GLSL has no includes of its own.
+    static QStringList resourceLines(const QString& path);
+
+    enum Type
+    {
+        EffectShader = 0,
+        BrushShader = 1
+    };
     Q_ENUM(Type)
 
     explicit MShader(QObject* parent = nullptr);
@@ -109,7 +118,6 @@ Q_SIGNALS:
 
 private:
     void clearParams();
-    static QStringList resourceLines(const QString& path);
 
     int m_minFilter;
     int m_magFilter;

@@ -196,7 +196,8 @@ QOpenGLShaderProgram* MShaderProgramList::addSystemProgram(const QString& name)
                              QStringLiteral("Could not compile vertex shader. Error: %1").arg(built->log()));
         compiled = false;
     }
-    if (!built->addShaderFromSourceFile(QOpenGLShader::Fragment, entry->fragment)) {
+    const QString fragment = MShader::resourceLines(entry->fragment).join(QLatin1Char('\n'));
+    if (!built->addShaderFromSourceCode(QOpenGLShader::Fragment, fragment)) {
         MLogger::systemError(
             source, QStringLiteral("Could not compile fragment shader. Error: %1").arg(built->log()));
         compiled = false;

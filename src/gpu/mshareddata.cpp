@@ -1,7 +1,10 @@
 #include "gpu/mshareddata.h"
 
 #include "app/mlogger.h"
+#include "app/mpathvarlist.h"
 #include "document/mcanvas.h"
+#include "effects/mshader.h"
+#include "effects/mtexture.h"
 #include "gpu/mframebuffer.h"
 #include "gpu/mshaderprogramlist.h"
 #include "gpu/mvertexbuffer.h"
@@ -13,7 +16,8 @@
 #include <new>
 
 MSharedData::MSharedData(MCanvas* canvas)
-    : QObject(canvas), m_canvas(canvas), m_programList(new MShaderProgramList(this))
+    : QObject(canvas), m_canvas(canvas), m_brush(new MBrush(this)),
+      m_programList(new MShaderProgramList(this))
 {
 }
 
@@ -70,6 +74,7 @@ void MSharedData::shutDown()
     m_frameBuffer.reset();
     m_emptyTexture.reset();
     m_brushTexture.reset();
+    destroyEngineTextures();
     destroyColorTextures();
     m_programList->shutDown();
     m_canvas->makeCurrent();
@@ -204,4 +209,65 @@ QOpenGLTexture* MSharedData::createTexture(const QImage& image)
     texture->setData(QOpenGLTexture::RGBA, QOpenGLTexture::UInt8, rgba.constBits(), &options);
     texture->generateMipMaps();
     return texture.release();
+}
+
+bool MSharedData::loadEngineTextures(MShader* engine)
+{
+    if (!engine || engine->textureCount() == 0)
+        return true;
+    QStringList fileNames;
+    for (int i = 0; i < engine->textureCount(); ++i)
+        fileNames << engine->texture(i)->fileName;
+    EngineTextures& entry = m_engineTextures[engine->id()];
+    if (entry.fileNames == fileNames && entry.textures.size() == fileNames.size())
+        return !entry.textures.contains(nullptr);
+    m_canvas->makeCurrent();
+    qDeleteAll(entry.textures);
+    entry.textures.clear();
+    entry.fileNames = fileNames;
+    bool ok = true;
+    for (const QString& fileName : qAsConst(fileNames)) {
+        const QString path = MPathVarList::instance()->expand(fileName);
+        QOpenGLTexture* texture = createTexture(QImage(path));
+        if (!texture) {
+            MLogger::systemError(QStringLiteral("MSharedData::loadEngineTextures"),
+                                 QStringLiteral("Error during texture creation ") + path);
+            ok = false;
+        }
+        entry.textures.append(texture);
+    }
+    return ok;
+}
+
+QOpenGLTexture* MSharedData::engineTexture(const QString& engineId, int index) const
+{
+    const auto found = m_engineTextures.constFind(engineId);
+    return found == m_engineTextures.constEnd() ? nullptr : found->textures.value(index);
+}
+
+void MSharedData::destroyEngineTextures()
+{
+    for (const EngineTextures& entry : qAsConst(m_engineTextures))
+        qDeleteAll(entry.textures);
+    m_engineTextures.clear();
+}
+
+void MSharedData::setBrush(const MBrush& brush)
+{
+    m_brush->assign(brush);
+}
+
+MBrush::SettingValues* MSharedData::values(int index)
+{
+    return index >= 0 && index < maximumStrokeCount ? &m_values[size_t(index)] : nullptr;
+}
+
+const MBrush::SettingValues* MSharedData::values(int index) const
+{
+    return index >= 0 && index < maximumStrokeCount ? &m_values[size_t(index)] : nullptr;
+}
+
+MEvent* MSharedData::lastEvent(int index)
+{
+    return index >= 0 && index < maximumStrokeCount ? &m_lastEvents[size_t(index)] : nullptr;
 }

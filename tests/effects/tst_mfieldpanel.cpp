@@ -11,6 +11,8 @@
 #include "effects/msliderspinbox.h"
 #include "effects/mvalues.h"
 
+#include <QIcon>
+
 #include <memory>
 #include <vector>
 
@@ -231,8 +233,8 @@ void TestFieldPanel::editorsTakeTheFieldsRanges()
     m_panel->set_slidersTracking(false);
     QVERIFY(!qobject_cast<MSliderSpinbox*>(m_panel->editor("opacity"))->sliderTracking());
 
-    // An int field whose enumeration isn't in MEnum, or names the composition
-    // modes, is edited by number.
+    // An int field whose enumeration isn't in MEnum is edited by number; one
+    // that names the composition modes picks among those brushes offer.
     MField unknown;
     unknown.name = "unknown";
     unknown.type = QVariant::Int;
@@ -243,9 +245,13 @@ void TestFieldPanel::editorsTakeTheFieldsRanges()
     modes.enumName = "CompositionMode";
     m_panel->setFields({&unknown, &modes});
     QVERIFY(qobject_cast<MIntSpinBox*>(m_panel->editor("unknown")));
-    QVERIFY(qobject_cast<MIntSpinBox*>(m_panel->editor("mode")));
     // A step below one still steps.
-    QCOMPARE(qobject_cast<QSpinBox*>(m_panel->editor("mode"))->singleStep(), 1);
+    QCOMPARE(qobject_cast<QSpinBox*>(m_panel->editor("unknown"))->singleStep(), 1);
+    auto* modeEdit = qobject_cast<MEnumEdit*>(m_panel->editor("mode"));
+    QVERIFY(modeEdit);
+    QCOMPARE(modeEdit->count(), 29);
+    QCOMPARE(modeEdit->itemData(3).toInt(), 12);
+    QCOMPARE(modeEdit->findData(1000), -1);
 }
 
 void TestFieldPanel::labelsOnTopSpanTheGrid()
@@ -607,7 +613,11 @@ void TestFieldPanel::curveButtonFollowsTheCurveAndAsksForIt()
     m_panel->setObject(&curved);
     QToolButton* button = m_panel->curveButton("opacity");
     QVERIFY(button);
-    QCOMPARE(button->text(), QStringLiteral("+"));
+    const auto shows = [button](const char* icon) {
+        const QImage expected = QIcon(QString::fromLatin1(icon)).pixmap(16).toImage();
+        return !expected.isNull() && button->icon().pixmap(16).toImage() == expected;
+    };
+    QVERIFY(shows(":/icons/plus.ico"));
 
     QSignalSpy spy(m_panel.get(), &MFieldPanel::editCurve);
     button->click();
@@ -616,9 +626,10 @@ void TestFieldPanel::curveButtonFollowsTheCurveAndAsksForIt()
     QCOMPARE(spy.at(0).at(1).toInt(), m_fields.front()->id);
 
     curved.curves.insert(m_fields.front()->id);
-    QCOMPARE(button->text(), QStringLiteral("+"));
+    QVERIFY(shows(":/icons/plus.ico"));
     m_panel->valuesToWidgets();
-    QCOMPARE(button->text(), QStringLiteral("\u2713"));
+    QVERIFY(shows(":/icons/check.ico"));
+    QVERIFY(!shows(":/icons/plus.ico"));
     m_panel->setObject(nullptr);
 }
 
