@@ -1,173 +1,37 @@
 #include "support/testenvironment.h"
 
+#include "app/mmainwindowform.h"
+
+#include <QAction>
+#include <QDockWidget>
 #include <QIcon>
+#include <QMainWindow>
 #include <QPainter>
 #include <QSvgRenderer>
 #include <QXmlStreamReader>
 
 #include <map>
 
-// The icons the main window looks up by object name, the application icon and
-// the desktop integration files that the install rules ship.
-class TestIcons : public QObject
-{
-    Q_OBJECT
-
-private Q_SLOTS:
-    void everyActionAndDockHasADrawing_data();
-    void everyActionAndDockHasADrawing();
-    void noIconIsLeftWithoutItsAction();
-    void applicationIconComesAtEverySize();
-    void desktopEntryHasTheRequiredKeys();
-    void documentTypeIsDeclared();
-
-private:
-    struct DesktopEntry
-    {
-        std::map<QString, QString> keys;
-        QStringList errors;
-    };
-    static DesktopEntry readDesktopEntry(const QString& path);
-    static int visiblePixels(const QImage& icon, QRgb background);
-};
-
 namespace {
-
-const char* const actionNames[] = {
-    "actionFileOpen",
-    "actionFileSave",
-    "actionFileSaveAs",
-    "actionFileNew",
-    "actionFileExit",
-    "actionResetCanvasPosition",
-    "actionAdjustToWidth",
-    "actionAdjustToHeight",
-    "actionViewAllCanvas",
-    "actionWindowTransparency",
-    "actionIncreaseWindowTransparency",
-    "actionDecreaseWindowTransparency",
-    "actionUndo",
-    "actionRedo",
-    "actionExportAsImage",
-    "actionEditShader",
-    "actionEditSettings",
-    "actionBrushTool",
-    "actionSelectionTool",
-    "actionColorPickerTool",
-    "actionShapeTool",
-    "actionTextTool",
-    "actionSymmetryTool",
-    "actionGridTool",
-    "actionLineTool",
-    "actionImageTool",
-    "actionFillSelection",
-    "actionStrokeSelection",
-    "actionResetSelection",
-    "actionInvertSelection",
-    "actionResetBrushSettings",
-    "actionSortBrushes",
-    "actionLockBrushControlPoints",
-    "actionNewLayer",
-    "actionEditLayer",
-    "actionRemoveLayer",
-    "actionDuplicateLayer",
-    "actionShowLayer",
-    "actionLockLayer",
-    "actionShowAllLayers",
-    "actionHideAllLayers",
-    "actionLockAllLayers",
-    "actionUnlockAllLayers",
-    "actionNextLayer",
-    "actionPreviousLayer",
-    "actionMergeLayerWithLower",
-    "actionMoveLayerUp",
-    "actionMoveLayerDown",
-    "actionPrependLayer",
-    "actionRemoveEmptyLayers",
-    "actionShowHideShaderPreview",
-    "actionRemoveShaderPreview",
-    "actionCopy",
-    "actionCut",
-    "actionPaste",
-    "actionPasteInNewLayer",
-    "actionChangePaper",
-    "actionIncreasePaperSize",
-    "actionDecreasePaperSize",
-    "actionAdjustPaperToSelection",
-    "actionRestoreDefaultLayout",
-    "actionEdit_brush_quick_settings",
-    "actionSelectAll",
-    "actionNextSelection",
-    "actionPreviousSelection",
-    "actionPerspectiveTool",
-    "actionFullScreen",
-    "actionEraserMode",
-    "actionFillTool",
-    "actionFlipHorizontal",
-    "actionFlipVertical",
-    "actionHelp_index",
-    "actionOnline_help",
-    "actionContact_us",
-    "actionAbout_Quillmere",
-    "actionCheck_updates",
-    "actionPrint",
-    "actionProperties",
-    "actionImport_image_file",
-    "actionNewShader",
-    "actionRemoveShader",
-    "actionDuplicateShader",
-    "actionPreviewShader",
-    "actionRasterizeShader",
-    "actionFillSelectionTool",
-    "actionGradientTool",
-    "actionRestartApplication",
-    "actionIncrease_brush_radius",
-    "actionDecrease_brush_radius",
-    "actionTimeLine",
-    "actionClearColorHisto",
-    "actionNew_brush",
-    "actionDelete_brush",
-    "actionDuplicate_brush",
-    "actionEdit_brush_settings",
-    "actionImport_brush_file",
-    "actionRestore_brush",
-    "actionCopy_brush_to_system_directory",
-    "actionRemove_brush_from_system_directory",
-    "actionRename_brush",
-    "actionSet_brush_engine",
-    "actionReset_brush_engine",
-    "actionNew_brush_engine",
-    "actionEdit_brush_engine",
-    "actionDuplicate_brush_engine",
-    "actionDelete_brush_engine",
-    "actionTexture_generator",
-    "actionLoad_brush_texture",
-    "actionEdit_layer_effect_settings",
-    "actionGenerate_help",
-    "actionRename_effect",
-    "actionRename_brush_engine",
-    "actionImport_effect",
-    "actionColor_converter",
-    "actionComicStripTool",
-    "actionPanTool",
-    "actionRotateTool",
-    "actionZoomTool",
-    "actionRullerTool",
-    "actionImageToPath",
-    "actionHideLayersExcept",
-    "actionMergeLayerWithUpper",
-    "actionSet_effect_thumbnail",
-    "actionOpen_default_thumbnail",
-};
-
-const char* const dockNames[] = {
-    "colorDockWidget",        "shaderDockWidget", "brushDockWidget",     "brushSettingsDockWidget",
-    "colorPaletteDockWidget", "undoDockWidget",   "thumbnailDockWidget", "gradientDockWidget",
-};
 
 // Backgrounds of a light and a dark palette: the icons must stand out on both.
 const QRgb lightBackground = qRgb(0xef, 0xef, 0xef);
 const QRgb darkBackground = qRgb(0x31, 0x36, 0x3b);
+
+// Every icon the main window's form looks up, as "actions/<name>.svg" or
+// "docks/<name>.svg".
+QStringList formIcons()
+{
+    QMainWindow window;
+    MMainWindowForm form;
+    form.setupUi(&window);
+    QStringList icons;
+    for (const QAction* action : form.actions())
+        icons << QStringLiteral("actions/%1.svg").arg(action->objectName());
+    for (const QDockWidget* dock : form.docks())
+        icons << QStringLiteral("docks/%1.svg").arg(dock->objectName());
+    return icons;
+}
 
 QString sourcePath(const QString& relative)
 {
@@ -184,130 +48,25 @@ QImage render(QSvgRenderer& renderer, int size)
     return image.convertToFormat(QImage::Format_ARGB32);
 }
 
-} // namespace
-
-int TestIcons::visiblePixels(const QImage& icon, QRgb background)
+int visiblePixels(const QImage& icon, QRgb background)
 {
     QImage composed(icon.size(), QImage::Format_RGB32);
     composed.fill(background);
-    QPainter painter(&composed);
-    painter.drawImage(0, 0, icon);
-    painter.end();
+    QPainter(&composed).drawImage(0, 0, icon);
     int count = 0;
     for (int y = 0; y < composed.height(); ++y)
         for (int x = 0; x < composed.width(); ++x)
-            if (qAbs(qGray(composed.pixel(x, y)) - qGray(background)) >= 64)
-                ++count;
+            count += qAbs(qGray(composed.pixel(x, y)) - qGray(background)) >= 64 ? 1 : 0;
     return count;
 }
 
-void TestIcons::everyActionAndDockHasADrawing_data()
+struct DesktopEntry
 {
-    QTest::addColumn<QString>("path");
-    for (const char* name : actionNames)
-        QTest::newRow(name) << QStringLiteral(":/icons/actions/%1.svg").arg(QLatin1String(name));
-    for (const char* name : dockNames)
-        QTest::newRow(name) << QStringLiteral(":/icons/docks/%1.svg").arg(QLatin1String(name));
-}
+    std::map<QString, QString> keys;
+    QStringList errors;
+};
 
-void TestIcons::everyActionAndDockHasADrawing()
-{
-    QFETCH(QString, path);
-    QVERIFY2(QFile::exists(path), qPrintable(path));
-
-    QSvgRenderer renderer(path);
-    QVERIFY(renderer.isValid());
-    QCOMPARE(renderer.viewBoxF(), QRectF(0, 0, 24, 24));
-
-    const QImage image = render(renderer, 24);
-    int opaque = 0, clear = 0;
-    QSet<QRgb> colours;
-    for (int y = 0; y < image.height(); ++y) {
-        for (int x = 0; x < image.width(); ++x) {
-            const QRgb pixel = image.pixel(x, y);
-            colours.insert(pixel);
-            if (qAlpha(pixel) == 0)
-                ++clear;
-            else if (qAlpha(pixel) == 255)
-                ++opaque;
-        }
-    }
-    // A drawing, not a blank or a filled square: strokes, a transparent
-    // background, and more than one colour.
-    QVERIFY2(opaque >= 12, qPrintable(QString::number(opaque)));
-    QVERIFY2(clear >= 16, qPrintable(QString::number(clear)));
-    QVERIFY(colours.size() > 2);
-    for (const QPoint corner : {QPoint(0, 0), QPoint(23, 0), QPoint(0, 23), QPoint(23, 23)})
-        QCOMPARE(qAlpha(image.pixel(corner)), 0);
-
-    // Readable on a light and on a dark palette, at the size of a tool bar and of a
-    // menu: dark strokes alone vanish on a dark palette, their light halo must not.
-    for (int size : {24, 16}) {
-        const QImage sized = render(renderer, size);
-        const int onLight = visiblePixels(sized, lightBackground);
-        const int onDark = visiblePixels(sized, darkBackground);
-        QVERIFY2(
-            onLight >= size && onDark >= size,
-            qPrintable(QStringLiteral("%1 px: %2 on light, %3 on dark").arg(size).arg(onLight).arg(onDark)));
-    }
-
-    // The way the main window loads it: through QIcon and its SVG engine.
-    const QIcon icon(path);
-    const QImage fromIcon = icon.pixmap(QSize(16, 16)).toImage();
-    QCOMPARE(fromIcon.size(), QSize(16, 16));
-    QVERIFY(visiblePixels(fromIcon.convertToFormat(QImage::Format_ARGB32), lightBackground) >= 16);
-}
-
-void TestIcons::noIconIsLeftWithoutItsAction()
-{
-    QSet<QString> known;
-    for (const char* name : actionNames)
-        known.insert(QStringLiteral("actions/%1.svg").arg(QLatin1String(name)));
-    for (const char* name : dockNames)
-        known.insert(QStringLiteral("docks/%1.svg").arg(QLatin1String(name)));
-    QCOMPARE(known.size(), int(std::size(actionNames) + std::size(dockNames)));
-
-    int found = 0;
-    for (const QString& folder : {QStringLiteral("actions"), QStringLiteral("docks")}) {
-        const QStringList files = QDir(QStringLiteral(":/icons/") + folder).entryList(QDir::Files);
-        for (const QString& file : files) {
-            QVERIFY2(known.contains(folder + QLatin1Char('/') + file), qPrintable(file));
-            ++found;
-        }
-    }
-    QCOMPARE(found, known.size());
-}
-
-void TestIcons::applicationIconComesAtEverySize()
-{
-    QSvgRenderer logo(QStringLiteral(":/icons/logo/quillmere.svg"));
-    QVERIFY(logo.isValid());
-    QSvgRenderer installed(sourcePath(QStringLiteral("resources/icons/logo/quillmere.svg")));
-    QVERIFY(installed.isValid());
-
-    for (int size : {16, 32, 48, 64, 128, 256}) {
-        const QString path =
-            sourcePath(QStringLiteral("resources/icons/logo/hicolor/%1x%1/apps/quillmere.png").arg(size));
-        QImage png(path);
-        QVERIFY2(!png.isNull(), qPrintable(path));
-        QCOMPARE(png.size(), QSize(size, size));
-        png = png.convertToFormat(QImage::Format_ARGB32);
-        // Rounded corners over transparency, an opaque middle.
-        QCOMPARE(qAlpha(png.pixel(0, 0)), 0);
-        QCOMPARE(qAlpha(png.pixel(size / 2, size / 2)), 255);
-        // The render is of the current drawing: it matches a fresh render closely.
-        const QImage fresh = render(logo, size);
-        int far = 0;
-        for (int y = 0; y < size; ++y)
-            for (int x = 0; x < size; ++x)
-                if (qAbs(qGray(png.pixel(x, y)) - qGray(fresh.pixel(x, y))) > 48 ||
-                    qAbs(qAlpha(png.pixel(x, y)) - qAlpha(fresh.pixel(x, y))) > 48)
-                    ++far;
-        QVERIFY2(far <= size * size / 50, qPrintable(QStringLiteral("%1: %2").arg(size).arg(far)));
-    }
-}
-
-TestIcons::DesktopEntry TestIcons::readDesktopEntry(const QString& path)
+DesktopEntry readDesktopEntry(const QString& path)
 {
     DesktopEntry entry;
     QFile file(path);
@@ -342,11 +101,122 @@ TestIcons::DesktopEntry TestIcons::readDesktopEntry(const QString& path)
     return entry;
 }
 
+} // namespace
+
+// The icons the main window looks up by object name, the application icon and
+// the desktop integration files that the install rules ship.
+class TestIcons : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void everyActionAndDockHasADrawing_data();
+    void everyActionAndDockHasADrawing();
+    void noIconIsLeftWithoutItsAction();
+    void applicationIconComesAtEverySize();
+    void desktopEntryHasTheRequiredKeys();
+    void documentTypeIsDeclared();
+};
+
+void TestIcons::everyActionAndDockHasADrawing_data()
+{
+    QTest::addColumn<QString>("path");
+    for (const QString& icon : formIcons())
+        QTest::newRow(qPrintable(icon)) << QStringLiteral(":/icons/") + icon;
+}
+
+void TestIcons::everyActionAndDockHasADrawing()
+{
+    QFETCH(QString, path);
+    QVERIFY2(QFile::exists(path), qPrintable(path));
+    QSvgRenderer renderer(path);
+    QVERIFY(renderer.isValid());
+    QCOMPARE(renderer.viewBoxF(), QRectF(0, 0, 24, 24));
+
+    const QImage image = render(renderer, 24);
+    int opaque = 0, clear = 0;
+    QSet<QRgb> colours;
+    for (int y = 0; y < image.height(); ++y) {
+        for (int x = 0; x < image.width(); ++x) {
+            const QRgb pixel = image.pixel(x, y);
+            colours.insert(pixel);
+            clear += qAlpha(pixel) == 0 ? 1 : 0;
+            opaque += qAlpha(pixel) == 255 ? 1 : 0;
+        }
+    }
+    // A drawing, not a blank or a filled square: strokes, a transparent
+    // background, and more than one colour.
+    QVERIFY2(opaque >= 12, qPrintable(QString::number(opaque)));
+    QVERIFY2(clear >= 16, qPrintable(QString::number(clear)));
+    QVERIFY(colours.size() > 2);
+    for (const QPoint corner : {QPoint(0, 0), QPoint(23, 0), QPoint(0, 23), QPoint(23, 23)})
+        QCOMPARE(qAlpha(image.pixel(corner)), 0);
+
+    // Readable on both palettes at tool bar and menu size: dark strokes alone
+    // vanish on a dark palette, their light halo must not.
+    for (int size : {24, 16}) {
+        const QImage sized = render(renderer, size);
+        const int onLight = visiblePixels(sized, lightBackground);
+        const int onDark = visiblePixels(sized, darkBackground);
+        QVERIFY2(
+            onLight >= size && onDark >= size,
+            qPrintable(QStringLiteral("%1 px: %2 on light, %3 on dark").arg(size).arg(onLight).arg(onDark)));
+    }
+
+    // The way the main window loads it: through QIcon and its SVG engine.
+    const QImage fromIcon = QIcon(path).pixmap(QSize(16, 16)).toImage();
+    QCOMPARE(fromIcon.size(), QSize(16, 16));
+    QVERIFY(visiblePixels(fromIcon.convertToFormat(QImage::Format_ARGB32), lightBackground) >= 16);
+}
+
+void TestIcons::noIconIsLeftWithoutItsAction()
+{
+    const QStringList icons = formIcons();
+    const QSet<QString> known(icons.begin(), icons.end());
+    QCOMPARE(known.size(), icons.size());
+    int found = 0;
+    for (const QString& folder : {QStringLiteral("actions"), QStringLiteral("docks")}) {
+        const QStringList files = QDir(QStringLiteral(":/icons/") + folder).entryList(QDir::Files);
+        for (const QString& file : files) {
+            QVERIFY2(known.contains(folder + QLatin1Char('/') + file), qPrintable(file));
+            ++found;
+        }
+    }
+    QCOMPARE(found, known.size());
+}
+
+void TestIcons::applicationIconComesAtEverySize()
+{
+    QSvgRenderer logo(QStringLiteral(":/icons/logo/quillmere.svg"));
+    QVERIFY(logo.isValid());
+    QVERIFY(QSvgRenderer(sourcePath(QStringLiteral("resources/icons/logo/quillmere.svg"))).isValid());
+
+    for (int size : {16, 32, 48, 64, 128, 256}) {
+        const QString path =
+            sourcePath(QStringLiteral("resources/icons/logo/hicolor/%1x%1/apps/quillmere.png").arg(size));
+        QImage png(path);
+        QVERIFY2(!png.isNull(), qPrintable(path));
+        QCOMPARE(png.size(), QSize(size, size));
+        png = png.convertToFormat(QImage::Format_ARGB32);
+        // Rounded corners over transparency, an opaque middle.
+        QCOMPARE(qAlpha(png.pixel(0, 0)), 0);
+        QCOMPARE(qAlpha(png.pixel(size / 2, size / 2)), 255);
+        // The render is of the current drawing: it matches a fresh render closely.
+        const QImage fresh = render(logo, size);
+        int far = 0;
+        for (int y = 0; y < size; ++y)
+            for (int x = 0; x < size; ++x)
+                if (qAbs(qGray(png.pixel(x, y)) - qGray(fresh.pixel(x, y))) > 48 ||
+                    qAbs(qAlpha(png.pixel(x, y)) - qAlpha(fresh.pixel(x, y))) > 48)
+                    ++far;
+        QVERIFY2(far <= size * size / 50, qPrintable(QStringLiteral("%1: %2").arg(size).arg(far)));
+    }
+}
+
 void TestIcons::desktopEntryHasTheRequiredKeys()
 {
     const DesktopEntry entry = readDesktopEntry(sourcePath(QStringLiteral("resources/quillmere.desktop")));
     QVERIFY2(entry.errors.isEmpty(), qPrintable(entry.errors.join(QLatin1Char('\n'))));
-
     const auto value = [&entry](const char* key) {
         const auto found = entry.keys.find(QLatin1String(key));
         return found == entry.keys.end() ? QString() : found->second;

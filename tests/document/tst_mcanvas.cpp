@@ -9,16 +9,12 @@
 #include "document/mcanvasreader.h"
 #include "document/mtexturetile.h"
 
-#include <QRandomGenerator>
 #include <QSignalSpy>
 #include <QUndoStack>
-#include <QtEndian>
 
 namespace {
 
 using namespace QuillmereTest;
-
-using QuillmereTest::LogWatch;
 
 bool paint(MTextureLayer* layer, const QPointF& at, const QByteArray& content)
 {
@@ -26,12 +22,28 @@ bool paint(MTextureLayer* layer, const QPointF& at, const QByteArray& content)
     return tile && tile->isCreated() && tile->setData(static_cast<const void*>(content.constData()));
 }
 
-QStringList layerNames(const MCanvas& canvas)
+// The layers' names, bottom first, the current one marked with "*" if asked.
+QString layers(const MCanvas& canvas, bool markCurrent = true)
 {
     QStringList names;
     for (int row = 0; row < canvas.count(); ++row)
-        names.append(canvas.at(row)->name());
-    return names;
+        names << (markCurrent && row == canvas.currentRow() ? QStringLiteral("*") : QString()) +
+                     canvas.at(row)->name();
+    return names.join(QStringLiteral(", "));
+}
+
+// Each layer, bottom first, as "v" or "-" for visible and "l" or "-" for locked.
+QString layerStates(const MCanvas& canvas)
+{
+    QStringList states;
+    for (int row = 0; row < canvas.count(); ++row)
+        states << QString(canvas.at(row)->visible() ? 'v' : '-') + (canvas.at(row)->locked() ? 'l' : '-');
+    return states.join(' ');
+}
+
+QString lastStep(const MCanvas& canvas)
+{
+    return canvas.undoStack()->text(canvas.undoStack()->index() - 1);
 }
 
 } // namespace
@@ -49,7 +61,7 @@ private Q_SLOTS:
     void visibilityAndLocks();
     void layerPropertiesThroughUndo();
     void paintedRectAndPaperSize();
-    void idCounting();
+    void unregisteringAnUnknownId();
     void macroCounters();
     void selection();
     void saveAndLoad();
@@ -69,38 +81,27 @@ void TestMCanvas::newCanvas()
     const int before = MCanvas::canvasCount();
     MCanvas canvas;
     QCOMPARE(MCanvas::canvasCount(), before + 1);
-    QVERIFY(canvas.isGlInitialized());
-    QVERIFY(canvas.makeCurrent());
-    QCOMPARE(canvas.count(), 1);
-    QCOMPARE(canvas.currentRow(), 0);
-    QCOMPARE(canvas.at(0)->name(), QStringLiteral("Layer 1"));
+    QCOMPARE(layers(canvas), QStringLiteral("*Layer 1"));
     // The first layer cannot be undone.
-    QVERIFY(!canvas.undoStack()->canUndo());
-    QVERIFY(!canvas.isModified());
-    QCOMPARE(canvas.undoStack()->undoLimit(), 32);
+    QVERIFY(!canvas.undoStack()->canUndo() && !canvas.isModified());
     QCOMPARE(canvas.fileName(), QStringLiteral("new document %1.qmd").arg(MCanvas::canvasCount()));
-    QVERIFY(canvas.isNew());
-    QVERIFY(canvas.clipStroke());
-    QVERIFY(!canvas.hasSelection());
-    QCOMPARE(canvas.paintedRect(), QRectF(-500, -500, 1000, 1000));
-    QVERIFY(!canvas.autoExtent());
-    QCOMPARE(canvas.paintMargin(), 0.0);
+    QVERIFY(canvas.isNew() && canvas.clipStroke() && !canvas.hasSelection() && canvas.canPaint());
+    QVERIFY(!canvas.autoExtent() && canvas.paintMargin() == 0.0);
     QCOMPARE(canvas.paperType(), MEnum::Colored);
     QCOMPARE(canvas.paperColor(), QColor(Qt::white));
-    QVERIFY(canvas.canPaint());
-    QVERIFY(canvas.strokeLayer() && canvas.selectionLayer());
-    QVERIFY(canvas.strokeLayer() != canvas.at(0));
+    QVERIFY(canvas.selectionLayer() && canvas.strokeLayer() && canvas.strokeLayer() != canvas.at(0));
 
     // Odd sizes keep the page's origin at its centre, rounded towards it.
-    MSettings::instance()->set_defaultWidth(301);
-    MSettings::instance()->set_defaultHeight(7);
-    MSettings::instance()->set_undoLimit(9);
+    MSettings* settings = MSettings::instance();
+    settings->set_defaultWidth(301);
+    settings->set_defaultHeight(7);
+    settings->set_undoLimit(9);
     MCanvas odd;
     QCOMPARE(odd.paintedRect(), QRectF(-150, -3, 301, 7));
     QCOMPARE(odd.undoStack()->undoLimit(), 9);
-    MSettings::instance()->set_defaultWidth(1000);
-    MSettings::instance()->set_defaultHeight(1000);
-    MSettings::instance()->set_undoLimit(32);
+    settings->set_defaultWidth(1000);
+    settings->set_defaultHeight(1000);
+    settings->set_undoLimit(32);
 }
 
 void TestMCanvas::appendPrependAndUndo()
@@ -108,28 +109,24 @@ void TestMCanvas::appendPrependAndUndo()
     MCanvas canvas;
     QSignalSpy modified(&canvas, &MCanvas::modifiedChanged);
     canvas.appendLayer();
-    QCOMPARE(layerNames(canvas), QStringList({"Layer 1", "Layer 2"}));
-    QCOMPARE(canvas.currentRow(), 1);
+    QCOMPARE(layers(canvas), QStringLiteral("Layer 1, *Layer 2"));
     QVERIFY(canvas.isModified());
     QVERIFY(modified.count() > 0);
     canvas.prependLayer();
-    QCOMPARE(layerNames(canvas), QStringList({"Layer 3", "Layer 1", "Layer 2"}));
-    QCOMPARE(canvas.currentRow(), 0);
+    QCOMPARE(layers(canvas), QStringLiteral("*Layer 3, Layer 1, Layer 2"));
     QCOMPARE(canvas.undoStack()->text(1), QStringLiteral("Prepend a layer"));
     QCOMPARE(canvas.undoStack()->text(0), QStringLiteral("Append a layer"));
 
     canvas.undo();
-    QCOMPARE(layerNames(canvas), QStringList({"Layer 1", "Layer 2"}));
-    QCOMPARE(canvas.currentRow(), 1);
+    QCOMPARE(layers(canvas), QStringLiteral("Layer 1, *Layer 2"));
     canvas.undo();
-    QCOMPARE(layerNames(canvas), QStringList({"Layer 1"}));
-    QCOMPARE(canvas.currentRow(), 0);
+    QCOMPARE(layers(canvas), QStringLiteral("*Layer 1"));
     QVERIFY(!canvas.isModified());
     canvas.undo();
     QCOMPARE(canvas.count(), 1);
     canvas.redo();
     canvas.redo();
-    QCOMPARE(layerNames(canvas), QStringList({"Layer 3", "Layer 1", "Layer 2"}));
+    QCOMPARE(layers(canvas, false), QStringLiteral("Layer 3, Layer 1, Layer 2"));
     canvas.redo();
     QCOMPARE(canvas.count(), 3);
 }
@@ -139,34 +136,32 @@ void TestMCanvas::moveAndNavigate()
     MCanvas canvas;
     canvas.appendLayer();
     canvas.appendLayer();
-    canvas.at(0)->setName(QStringLiteral("bottom"));
-    canvas.at(1)->setName(QStringLiteral("middle"));
-    canvas.at(2)->setName(QStringLiteral("top"));
+    for (int row = 0; row < 3; ++row)
+        canvas.at(row)->setName(QStringList({"bottom", "middle", "top"}).at(row));
     const int steps = canvas.undoStack()->count();
 
     // At the ends nothing moves and nothing is pushed.
-    canvas.moveUpLayer(0);
-    canvas.moveDownLayer(2);
-    canvas.moveUpLayer(7);
-    canvas.moveDownLayer(-5);
+    for (int row : {0, 7})
+        canvas.moveUpLayer(row);
+    for (int row : {2, -5})
+        canvas.moveDownLayer(row);
     QCOMPARE(canvas.undoStack()->count(), steps);
-    QCOMPARE(layerNames(canvas), QStringList({"bottom", "middle", "top"}));
+    QCOMPARE(layers(canvas), QStringLiteral("bottom, middle, *top"));
 
     // "Up" lowers the row; the current row follows the moved layer.
     canvas.moveUpLayer(2);
-    QCOMPARE(layerNames(canvas), QStringList({"bottom", "top", "middle"}));
-    QCOMPARE(canvas.currentRow(), 1);
-    QCOMPARE(canvas.undoStack()->text(canvas.undoStack()->count() - 1), QStringLiteral("Layer up"));
+    QCOMPARE(layers(canvas), QStringLiteral("bottom, *top, middle"));
+    QCOMPARE(lastStep(canvas), QStringLiteral("Layer up"));
     canvas.moveDownLayer();
-    QCOMPARE(layerNames(canvas), QStringList({"bottom", "middle", "top"}));
-    QCOMPARE(canvas.currentRow(), 2);
+    QCOMPARE(layers(canvas), QStringLiteral("bottom, middle, *top"));
     canvas.undo();
-    QCOMPARE(layerNames(canvas), QStringList({"bottom", "top", "middle"}));
+    QCOMPARE(layers(canvas, false), QStringLiteral("bottom, top, middle"));
     canvas.undo();
-    QCOMPARE(layerNames(canvas), QStringList({"bottom", "middle", "top"}));
+    QCOMPARE(layers(canvas, false), QStringLiteral("bottom, middle, top"));
     canvas.redo();
-    QCOMPARE(layerNames(canvas), QStringList({"bottom", "top", "middle"}));
+    QCOMPARE(layers(canvas, false), QStringLiteral("bottom, top, middle"));
 
+    // Next and previous wrap around.
     canvas.setCurrentRow(2);
     canvas.nextLayer();
     QCOMPARE(canvas.currentRow(), 0);
@@ -174,7 +169,6 @@ void TestMCanvas::moveAndNavigate()
     QCOMPARE(canvas.currentRow(), 2);
     canvas.previousLayer();
     QCOMPARE(canvas.currentRow(), 1);
-
     QSignalSpy refreshes(&canvas, &MCanvas::refreshNow);
     canvas.nextLayer();
     QCOMPARE(refreshes.count(), 1);
@@ -200,19 +194,15 @@ void TestMCanvas::removeLayersAndUndo()
 
     // Undo brings back a new layer holding what the file kept.
     canvas.undo();
-    QCOMPARE(canvas.count(), 1);
-    QCOMPARE(canvas.at(0)->name(), QStringLiteral("painted"));
-    QCOMPARE(canvas.at(0)->color(), QColor(Qt::red));
-    QCOMPARE(readBack(canvas.at(0)->tileAt(QPointF(20, 20))), content);
+    QCOMPARE(layers(canvas), QStringLiteral("*painted"));
     QVERIFY(canvas.canPaint());
     canvas.redo();
     QCOMPARE(canvas.count(), 0);
     canvas.undo();
 
     // Empty layers go from the top down in one step; painted ones stay.
-    canvas.appendLayer();
-    canvas.appendLayer();
-    canvas.appendLayer();
+    for (int i = 0; i < 3; ++i)
+        canvas.appendLayer();
     QVERIFY(paint(canvas.at(2), QPointF(0, 0), pattern(12)));
     canvas.at(1)->setName(QStringLiteral("empty a"));
     canvas.at(3)->setName(QStringLiteral("empty b"));
@@ -220,25 +210,24 @@ void TestMCanvas::removeLayersAndUndo()
     canvas.removeEmptyLayers();
     QCOMPARE(canvas.undoStack()->count(), steps + 1);
     QCOMPARE(canvas.undoStack()->text(steps), QStringLiteral("Remove layers"));
-    QCOMPARE(canvas.count(), 2);
-    QCOMPARE(canvas.at(0)->name(), QStringLiteral("painted"));
+    QCOMPARE(layers(canvas, false), QStringLiteral("painted, Layer 3"));
     canvas.removeEmptyLayers();
     QCOMPARE(canvas.undoStack()->count(), steps + 1);
     canvas.undo();
-    QCOMPARE(layerNames(canvas), QStringList({"painted", "empty a", "Layer 3", "empty b"}));
+    const QString all = QStringLiteral("painted, empty a, Layer 3, empty b");
+    QCOMPARE(layers(canvas, false), all);
     QCOMPARE(readBack(canvas.at(2)->tileAt(QPointF(0, 0))), pattern(12));
 
+    // All layers in one macro; on an empty list, no macro at all.
     const int macros = MCanvas::macroBeginCount();
     canvas.removeLayers();
     QCOMPARE(canvas.count(), 0);
     QCOMPARE(MCanvas::macroBeginCount(), macros + 1);
-    // On an empty list it opens no macro.
     canvas.removeLayers();
-    QCOMPARE(MCanvas::macroBeginCount(), macros + 1);
     canvas.removeEmptyLayers();
     QCOMPARE(MCanvas::macroBeginCount(), macros + 1);
     canvas.undo();
-    QCOMPARE(layerNames(canvas), QStringList({"painted", "empty a", "Layer 3", "empty b"}));
+    QCOMPARE(layers(canvas, false), all);
     QCOMPARE(readBack(canvas.at(0)->tileAt(QPointF(20, 20))), content);
 }
 
@@ -249,11 +238,10 @@ void TestMCanvas::visibilityAndLocks()
     canvas.appendLayer();
     QSignalSpy refreshes(&canvas, &MCanvas::refreshNow);
     canvas.showLayer(1);
-    QVERIFY(!canvas.at(1)->visible());
+    QCOMPARE(layerStates(canvas), QStringLiteral("v- -- v-"));
     canvas.showLayer(1);
-    QVERIFY(canvas.at(1)->visible());
     canvas.lockLayer();
-    QVERIFY(canvas.at(2)->locked());
+    QCOMPARE(layerStates(canvas), QStringLiteral("v- v- vl"));
     QVERIFY(!canvas.canPaint());
     canvas.lockLayer();
     QVERIFY(canvas.canPaint());
@@ -262,20 +250,20 @@ void TestMCanvas::visibilityAndLocks()
     refreshes.clear();
     canvas.hideAllLayers();
     QCOMPARE(refreshes.count(), 1);
-    QVERIFY(!canvas.at(0)->visible() && !canvas.at(1)->visible() && !canvas.at(2)->visible());
+    QCOMPARE(layerStates(canvas), QStringLiteral("-- -- --"));
     QVERIFY(!canvas.canPaint());
     canvas.showAllLayers();
-    QVERIFY(canvas.at(0)->visible() && canvas.at(1)->visible() && canvas.at(2)->visible());
+    QCOMPARE(layerStates(canvas), QStringLiteral("v- v- v-"));
     canvas.at(1)->setVisible(false);
     canvas.hideAllLayersExcept(1);
-    QVERIFY(!canvas.at(0)->visible() && !canvas.at(1)->visible() && !canvas.at(2)->visible());
+    QCOMPARE(layerStates(canvas), QStringLiteral("-- -- --"));
     canvas.showAllLayers();
     canvas.hideAllLayersExcept(2);
-    QVERIFY(!canvas.at(0)->visible() && !canvas.at(1)->visible() && canvas.at(2)->visible());
+    QCOMPARE(layerStates(canvas), QStringLiteral("-- -- v-"));
     canvas.lockAllLayers();
-    QVERIFY(canvas.at(0)->locked() && canvas.at(1)->locked() && canvas.at(2)->locked());
+    QCOMPARE(layerStates(canvas), QStringLiteral("-l -l vl"));
     canvas.unlockAllLayers();
-    QVERIFY(!canvas.at(0)->locked() && !canvas.at(1)->locked() && !canvas.at(2)->locked());
+    QCOMPARE(layerStates(canvas), QStringLiteral("-- -- v-"));
     // None of this is undoable.
     QCOMPARE(canvas.undoStack()->count(), 2);
 }
@@ -324,10 +312,7 @@ void TestMCanvas::paintedRectAndPaperSize()
     canvas.redo();
     QCOMPARE(canvas.paintedRect().width(), 1.0);
 
-    canvas.updatePaintedRect(QRectF(0.5, 0.25, 10.2, 3.5));
-    QCOMPARE(canvas.paintedRect(), QRectF(0, 0, 11, 4));
-    QCOMPARE(canvas.undoStack()->text(canvas.undoStack()->index() - 1),
-             QStringLiteral("Resize painted rectangle: 11, 4"));
+    // An empty rectangle is no update.
     const int steps = canvas.undoStack()->count();
     canvas.updatePaintedRect(QRectF());
     QCOMPARE(canvas.undoStack()->count(), steps);
@@ -345,11 +330,10 @@ void TestMCanvas::paintedRectAndPaperSize()
     QCOMPARE(canvas.paperName(), QStringLiteral("paper-01.jpg"));
     QImage paper(32, 32, QImage::Format_RGB32);
     paper.fill(Qt::darkYellow);
-    QVERIFY(
-        paper.save(MUtility::directory(MEnum::UserPath, MEnum::PaperDir) + QStringLiteral("test-paper.png")));
+    const QString papers = MUtility::directory(MEnum::UserPath, MEnum::PaperDir);
+    QVERIFY(paper.save(papers + QStringLiteral("test-paper.png")));
     // Names that leave the paper directory are refused, even when the file exists.
-    QVERIFY(
-        paper.save(MUtility::directory(MEnum::UserPath, MEnum::PaperDir) + QStringLiteral("../outside.png")));
+    QVERIFY(paper.save(papers + QStringLiteral("../outside.png")));
     canvas.setPaperName(QStringLiteral("../outside.png"));
     QCOMPARE(canvas.paperName(), QStringLiteral("paper-01.jpg"));
     canvas.setPaperName(QStringLiteral(" test-paper.png "));
@@ -358,36 +342,20 @@ void TestMCanvas::paintedRectAndPaperSize()
     QCOMPARE(canvas.paperTile().pixelColor(3, 3), QColor(Qt::darkYellow));
 }
 
-void TestMCanvas::idCounting()
+// Counting and the file's end at the last release: see the undo backup test.
+void TestMCanvas::unregisteringAnUnknownId()
 {
     MCanvas canvas;
     const QString id = MLayer::newId();
-    const QString path = MUtility::tileFilePath(id);
-    QVERIFY(writeFile(path, "x"));
-    canvas.registerId(id);
-    canvas.registerId(id);
-    QCOMPARE(canvas.registeredCount(id), 2);
-    canvas.unregisterId(id);
-    QVERIFY(QFile::exists(path));
-    canvas.unregisterId(id);
-    QVERIFY(!QFile::exists(path));
-    QCOMPARE(canvas.registeredCount(id), 0);
-
-    const QString other = MLayer::newId();
-    QVERIFY(writeFile(MUtility::tileFilePath(other), "y"));
+    QVERIFY(writeFile(MUtility::tileFilePath(id), "y"));
     LogWatch log;
-    canvas.unregisterId(other);
-    QVERIFY(QFile::exists(MUtility::tileFilePath(other)));
+    canvas.unregisterId(id);
+    QVERIFY(QFile::exists(MUtility::tileFilePath(id)));
     QVERIFY(log.added().contains(
         QStringLiteral(
             "MCanvas::unregisterId: System error: Unregister of a non previously registered id: %1")
-            .arg(other)));
-
-    // A removed layer's file lives as long as its command.
-    canvas.removeLayer(0);
-    QCOMPARE(QDir(MUtility::tempDir()).entryList({QStringLiteral("*.data")}).size(), 2);
-    canvas.undoStack()->clear();
-    QCOMPARE(QDir(MUtility::tempDir()).entryList({QStringLiteral("*.data")}).size(), 1);
+            .arg(id)));
+    QCOMPARE(canvas.registeredCount(id), 0);
 }
 
 void TestMCanvas::macroCounters()
@@ -469,64 +437,32 @@ void TestMCanvas::selection()
     QCOMPARE(canvas.selectionLayer()->tileCount(), 0);
 }
 
+// Every field of the file is checked in the document file test; here, what the
+// canvas does around saving and loading.
 void TestMCanvas::saveAndLoad()
 {
     const QString path = QDir::temp().filePath(QStringLiteral("two layers.qmd"));
-    const QByteArray first = pattern(21);
-    const QByteArray second = pattern(22);
-    QImage paper(16, 16, QImage::Format_ARGB32_Premultiplied);
-    paper.fill(QColor(10, 20, 30));
     {
         MCanvas canvas;
         QVERIFY(canvas.makeCurrent());
         canvas.appendLayer();
-        QVERIFY(paint(canvas.at(0), QPointF(-700, 0), first));
-        QVERIFY(paint(canvas.at(1), QPointF(5, 5), second));
-        canvas.at(1)->setName(QStringLiteral("top"));
-        canvas.at(1)->setOpacity(0.5);
-        canvas.at(0)->setVisible(false);
-        canvas.setPaintedRect(QRectF(-10, -20, 30, 40));
-        canvas.setPaperType(MEnum::Paper);
-        canvas.setPaperColor(QColor(1, 2, 3));
-        canvas.setPaperTile(paper);
-        canvas.setAutoExtent(true);
-        canvas.setPaintMargin(7.5);
+        QVERIFY(paint(canvas.at(0), QPointF(-700, 0), pattern(21)));
+        QVERIFY(paint(canvas.at(1), QPointF(5, 5), pattern(22)));
         QVERIFY(canvas.save(path));
         QCOMPARE(canvas.lastError(), 0);
         QVERIFY(!canvas.isNew());
         QCOMPARE(canvas.fileName(), QFileInfo(path).absoluteFilePath());
         QVERIFY(!canvas.undoStack()->canUndo());
     }
-    const QByteArray file = readFile(path);
-    QCOMPARE(file.left(16), QByteArray::fromHex("CEC50B25E8654A4F9E63120098E6C0FD"));
-    QCOMPARE(file.mid(16, 4), QByteArray::fromHex("00000064"));
-    QCOMPARE(file.mid(20, 32),
-             QByteArray::fromHex("C024000000000000C03400000000000040 3E000000000000 4044000000000000")
-                 .replace(" ", ""));
-
     MCanvas loaded;
     QVERIFY(loaded.load(path));
-    QCOMPARE(loaded.count(), 2);
-    QCOMPARE(loaded.currentRow(), 1);
-    QCOMPARE(loaded.paintedRect(), QRectF(-10, -20, 30, 40));
-    QCOMPARE(loaded.paperType(), MEnum::Paper);
-    QCOMPARE(loaded.paperColor(), QColor(1, 2, 3));
-    QCOMPARE(loaded.paperTile().pixelColor(0, 0), QColor(10, 20, 30));
-    QVERIFY(loaded.autoExtent());
-    QCOMPARE(loaded.paintMargin(), 7.5);
-    QCOMPARE(loaded.at(1)->name(), QStringLiteral("top"));
-    QCOMPARE(loaded.at(1)->opacity(), 0.5);
-    QVERIFY(!loaded.at(0)->visible());
     QVERIFY(!loaded.undoStack()->canUndo());
     QVERIFY(!loaded.isNew());
-    QVERIFY(loaded.makeCurrent());
-    QCOMPARE(readBack(loaded.at(0)->tileAt(QPointF(-700, 0))), first);
-    QCOMPARE(readBack(loaded.at(1)->tileAt(QPointF(5, 5))), second);
-
-    // Saved again, the document is the same file byte for byte.
+    // Saved again, the document is the same file byte for byte: the pixels
+    // went to the textures and came back.
     const QString again = QDir::temp().filePath(QStringLiteral("again.qmd"));
     QVERIFY(loaded.save(again));
-    QCOMPARE(readFile(again), file);
+    QCOMPARE(readFile(again), readFile(path));
 
     // A document without layers reads back empty.
     loaded.removeLayers();
@@ -566,32 +502,6 @@ void TestMCanvas::damagedDocuments()
 
     QVERIFY(!canvas.load(QDir::temp().filePath(QStringLiteral("missing.qmd"))));
     QCOMPARE(canvas.lastError(), 1);
-
-    // A paper type of 2 announces a name and an image that the file doesn't
-    // have: the reader runs off the end and says so.
-    QByteArray paperless = good;
-    qToBigEndian(qint32(2), paperless.data() + 52);
-    QVERIFY(writeFile(damaged, paperless));
-    QVERIFY(!canvas.load(damaged));
-    QCOMPARE(canvas.count(), 0);
-
-    for (int length : {17, 30, 52, 60, 70, 100, int(good.size()) - 1}) {
-        QVERIFY(writeFile(damaged, good.left(length)));
-        QVERIFY(!canvas.load(damaged));
-        QVERIFY2(canvas.lastError() == 3,
-                 qPrintable(QStringLiteral("length %1 gave %2").arg(length).arg(canvas.lastError())));
-        QCOMPARE(canvas.count(), 0);
-    }
-
-    // A layer count far above what the file holds stops at the first short read.
-    QByteArray manyLayers = good;
-    const int layerCountAt = 20 + 32 + 4 + 11 + 1 + 8;
-    QCOMPARE(qFromBigEndian<qint32>(manyLayers.constData() + layerCountAt), 1);
-    qToBigEndian(qint32(0x7fffffff), manyLayers.data() + layerCountAt);
-    QVERIFY(writeFile(damaged, manyLayers));
-    QVERIFY(!canvas.load(damaged));
-    QCOMPARE(canvas.lastError(), 3);
-    QCOMPARE(canvas.count(), 0);
 
     QVERIFY(canvas.load(path));
     QCOMPARE(canvas.count(), 1);

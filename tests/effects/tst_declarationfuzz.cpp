@@ -69,76 +69,24 @@ int lineEnds(const QString& text)
     return count;
 }
 
+// Keywords in two cases, punctuation, numbers, strings, comment marks, blanks and odd characters.
 const QStringList& pieces()
 {
     static const QStringList list = [] {
-        QStringList words{"texture",
-                          "min",
-                          "filter",
-                          "mag",
-                          "wraps",
-                          "wrapt",
-                          "nearest",
-                          "linear",
-                          "nearestmipmapnearest",
-                          "nearestmipmaplinear",
-                          "linearmipmapnearest",
-                          "linearmipmaplinear",
-                          "repeat",
-                          "mirroredrepeat",
-                          "clamptoedge",
-                          "clamptoborder",
-                          "mirrorclamptoedge",
-                          "int",
-                          "bool",
-                          "float",
-                          "color",
-                          "enum",
-                          "true",
-                          "false",
-                          "rgb",
-                          "max",
-                          "increment",
-                          "values"};
+        QStringList words =
+            QStringLiteral("texture min filter mag wraps wrapt nearest linear nearestmipmapnearest "
+                           "nearestmipmaplinear linearmipmapnearest linearmipmaplinear repeat "
+                           "mirroredrepeat clamptoedge clamptoborder mirrorclamptoedge int bool "
+                           "float color enum true false rgb max increment values")
+                .split(QLatin1Char(' '));
         const int count = words.size();
         for (int i = 0; i < count; ++i)
             words << words.at(i).toUpper();
-        words << ";"
-              << ";"
-              << ";"
-              << "="
-              << "="
-              << "("
-              << ","
-              << ")"
-              << "name"
-              << "_x9"
-              << "A"
-              << "0"
-              << "5"
-              << "-3.25"
-              << "+7"
-              << "5."
-              << ".5"
-              << "+"
-              << "-"
-              << "99999999999999999999"
-              << "\"label\""
-              << "'l'"
-              << "\"unclosed"
-              << "''"
-              << "/*"
-              << "*/"
-              << "//"
-              << "/"
-              << "*"
-              << " "
-              << "\n"
-              << "\r"
-              << "\r\n"
-              << "\t"
-              << "#"
-              << "{" << QString(QChar(0)) << QString(QChar(0xE9)) << QString(QChar(0x20AC))
+        words << QStringLiteral(
+                     ";|;|;|=|=|(|,|)|name|_x9|A|0|5|-3.25|+7|5.|.5|+|-|99999999999999999999|\"label\"|'l'|"
+                     "\"unclosed|''|/*|*/|//|/|*| |\n|\r|\r\n|\t|#|{")
+                     .split(QLatin1Char('|'))
+              << QString(QChar(0)) << QString(QChar(0xE9)) << QString(QChar(0x20AC))
               << QString::fromLatin1("\xEF\xBB\xBF");
         return words;
     }();
@@ -198,12 +146,9 @@ void TestDeclarationFuzz::check(const QString& text)
         QVERIFY2(count == lines.size(), qPrintable(describe(text)));
         for (const QString& line : lines) {
             const QRegularExpressionMatch match = errorPattern().match(line);
-            QVERIFY2(match.hasMatch(), qPrintable(line + QLatin1Char(' ') + describe(text)));
             const int lineNumber = match.captured(1).toInt();
-            QVERIFY2(lineNumber >= 1 && lineNumber <= lastLine,
-                     qPrintable(line + QLatin1Char(' ') + describe(text)));
-            QVERIFY2(match.captured(2).toInt() >= 1, qPrintable(line + QLatin1Char(' ') + describe(text)));
-            QVERIFY2(messages.contains(match.captured(3)),
+            QVERIFY2(match.hasMatch() && lineNumber >= 1 && lineNumber <= lastLine &&
+                         match.captured(2).toInt() >= 1 && messages.contains(match.captured(3)),
                      qPrintable(line + QLatin1Char(' ') + describe(text)));
         }
     };
@@ -223,10 +168,10 @@ void TestDeclarationFuzz::check(const QString& text)
 
     const options::Result options = options::compile(text);
     checkLines(options.errors, options.errorCount, m_optionsMessages);
-    QVERIFY2(options.minFilter >= 0 && options.minFilter <= 5, qPrintable(describe(text)));
-    QVERIFY2(options.magFilter >= 0 && options.magFilter <= 5, qPrintable(describe(text)));
-    QVERIFY2(options.wrapS >= 0 && options.wrapS <= 4, qPrintable(describe(text)));
-    QVERIFY2(options.wrapT >= 0 && options.wrapT <= 4, qPrintable(describe(text)));
+    QVERIFY2(options.minFilter >= 0 && options.minFilter <= 5 && options.magFilter >= 0 &&
+                 options.magFilter <= 5 && options.wrapS >= 0 && options.wrapS <= 4 && options.wrapT >= 0 &&
+                 options.wrapT <= 4,
+             qPrintable(describe(text)));
 
     // The same text gives the same report.
     QCOMPARE(params::compile(text).errors, params.errors);

@@ -1,6 +1,7 @@
 #include "support/glcontext.h"
 #include "support/logwatch.h"
 #include "support/testenvironment.h"
+#include "support/tilebytes.h"
 
 #include "app/msettings.h"
 #include "app/mutility.h"
@@ -24,9 +25,8 @@
 
 namespace {
 
-using QuillmereTest::LogWatch;
+using namespace QuillmereTest;
 
-constexpr int tileBytes = 512 * 512 * 4;
 // Eight-bit textures and premultiplication round once or twice per pass.
 constexpr int tolerance = 3;
 
@@ -66,6 +66,13 @@ QString describe(const QColor& c)
     return QStringLiteral("(%1, %2, %3, %4)").arg(c.red()).arg(c.green()).arg(c.blue()).arg(c.alpha());
 }
 
+// Empty when the pixel at p is near the premultiplied colour, else what it is.
+QString offColour(const QImage& image, const QPoint& p, const Rgba& expected)
+{
+    const QColor actual = image.pixelColor(p);
+    return near(actual, expected) ? QString() : QString::asprintf("%d,%d: ", p.x(), p.y()) + describe(actual);
+}
+
 // Fills the part of a layer inside rect with one premultiplied colour, tile by tile.
 bool fillRect(MTextureLayer* layer, const QRect& rect, const QColor& color)
 {
@@ -99,23 +106,14 @@ bool fillRect(MTextureLayer* layer, const QRect& rect, const QColor& color)
 // The premultiplied RGBA bytes of a layer at a canvas point; empty when no tile is there.
 QByteArray pixelAt(MTextureLayer* layer, const QPoint& point)
 {
-    auto* tile = dynamic_cast<MTextureTile*>(layer->tileAt(point));
-    if (!tile)
-        return QByteArray();
-    QByteArray bytes(tileBytes, '\0');
-    if (!tile->toBuffer(bytes.data()))
-        return QByteArray();
-    const QPoint local = point - tile->outerRect().topLeft();
-    return bytes.mid((local.y() * 512 + local.x()) * 4, 4);
+    MTile* tile = layer->tileAt(point);
+    const QPoint local = tile ? point - tile->outerRect().topLeft() : QPoint();
+    return readBack(tile).mid((local.y() * 512 + local.x()) * 4, 4);
 }
 
 QByteArray tileBytesOf(MTextureLayer* layer, const QPointF& point)
 {
-    auto* tile = dynamic_cast<MTextureTile*>(layer->tileAt(point));
-    QByteArray bytes(tileBytes, '\0');
-    if (!tile || !tile->toBuffer(bytes.data()))
-        return QByteArray();
-    return bytes;
+    return readBack(layer->tileAt(point));
 }
 
 } // namespace
@@ -167,24 +165,14 @@ void TestMPaintEngine::renderComposesPaperAndLayers()
     const Rgba white{255, 255, 255, 255};
     const Rgba red{128, 0, 0, 128};
     const Rgba blue = scaled(Rgba{0, 0, 255, 255}, 0.5);
-    struct Probe
-    {
-        QPoint canvasPoint;
-        Rgba expected;
-    };
-    const QList<Probe> probes = {
+    // At canvas points, the image's corner being the page's.
+    const std::pair<QPoint, Rgba> probes[] = {
         {QPoint(-250, 0), over(red, white)},    {QPoint(-50, 0), over(blue, over(red, white))},
         {QPoint(50, 50), over(blue, white)},    {QPoint(250, 150), white},
         {QPoint(-300, -200), over(red, white)}, {QPoint(299, 199), white},
     };
-    for (const Probe& probe : probes) {
-        const QPoint pixel = probe.canvasPoint - QPoint(-300, -200);
-        const QColor actual = image.pixelColor(pixel);
-        QVERIFY2(near(actual, probe.expected), qPrintable(QStringLiteral("%1,%2: %3")
-                                                              .arg(probe.canvasPoint.x())
-                                                              .arg(probe.canvasPoint.y())
-                                                              .arg(describe(actual))));
-    }
+    for (const auto& probe : probes)
+        QCOMPARE(offColour(image, probe.first - QPoint(-300, -200), probe.second), QString());
 
     // One layer alone, without paper, at a smaller size: scaled to fit.
     const QImage half = canvas.render(QStringLiteral("basic"), 300, 200, QPainterPath(), false, false, {1});
@@ -227,10 +215,9 @@ void TestMPaintEngine::renderPaperKinds()
     canvas.setPaperType(MEnum::Paper);
     canvas.setPaperTile(paper);
     const QImage papered = canvas.render();
-    QVERIFY2(near(papered.pixelColor(1, 1), Rgba{200, 0, 0, 255}),
-             qPrintable(describe(papered.pixelColor(1, 1))));
-    QVERIFY(near(papered.pixelColor(5, 5), Rgba{200, 0, 0, 255}));
-    QVERIFY(near(papered.pixelColor(2, 1), Rgba{0, 0, 200, 255}));
+    QCOMPARE(offColour(papered, QPoint(1, 1), Rgba{200, 0, 0, 255}), QString());
+    QCOMPARE(offColour(papered, QPoint(5, 5), Rgba{200, 0, 0, 255}), QString());
+    QCOMPARE(offColour(papered, QPoint(2, 1), Rgba{0, 0, 200, 255}), QString());
 }
 
 void TestMPaintEngine::tileOperations()
@@ -245,8 +232,11 @@ void TestMPaintEngine::tileOperations()
     MSharedData* shared = canvas.sharedData();
 
     // Clearing with no source and no selection leaves transparency.
-    engine->blitTile(tile, nullptr, GL_ONE, GL_ZERO, shared->programList(), QStringLiteral("blit"), 1.0,
-                     shared->vertexArray());
+    const auto clear = [&] {
+        engine->blitTile(tile, nullptr, GL_ONE, GL_ZERO, shared->programList(), QStringLiteral("blit"), 1.0,
+                         shared->vertexArray());
+    };
+    clear();
     QCOMPARE(tileBytesOf(layer, QPointF(10, 10)), QByteArray(tileBytes, '\0'));
 
     // With a selection only its inside is cleared.
@@ -254,8 +244,7 @@ void TestMPaintEngine::tileOperations()
     QPainterPath selection;
     selection.addRect(QRectF(100, 100, 50, 50));
     canvas.setClipPath(selection);
-    engine->blitTile(tile, nullptr, GL_ONE, GL_ZERO, shared->programList(), QStringLiteral("blit"), 1.0,
-                     shared->vertexArray());
+    clear();
     QCOMPARE(pixelAt(layer, QPoint(120, 120)), QByteArray(4, '\0'));
     QCOMPARE(pixelAt(layer, QPoint(90, 120)), QByteArray::fromHex("0080FFFF"));
 
@@ -324,11 +313,14 @@ void TestMPaintEngine::pasteUndoRedoIsExact()
     }
     // Centred on a tile corner, so that four tiles take part.
     const QPointF centre(500, 500);
-    QList<QByteArray> before;
-    const QList<QPointF> places = {QPointF(400, 400), QPointF(600, 400), QPointF(400, 600),
-                                   QPointF(600, 600)};
-    for (const QPointF& place : places)
-        before.append(tileBytesOf(canvas.at(0), place));
+    const auto tiles = [&canvas] {
+        QList<QByteArray> all;
+        for (const QPointF& place :
+             {QPointF(400, 400), QPointF(600, 400), QPointF(400, 600), QPointF(600, 600)})
+            all << tileBytesOf(canvas.at(0), place);
+        return all;
+    };
+    const QList<QByteArray> before = tiles();
     QVERIFY(canvas.pasteImage(centre, image, false));
     QCOMPARE(canvas.undoStack()->count(), 1);
     QCOMPARE(canvas.undoStack()->text(0), QStringLiteral("Paste an image"));
@@ -339,17 +331,12 @@ void TestMPaintEngine::pasteUndoRedoIsExact()
     QCOMPARE(quint8(pixelAt(canvas.at(0), QPoint(360, 410))[1]), quint8(10));
     QCOMPARE(quint8(pixelAt(canvas.at(0), QPoint(649, 599))[2]), quint8(image.pixelColor(299, 199).blue()));
     QCOMPARE(pixelAt(canvas.at(0), QPoint(349, 400)), QByteArray::fromHex("14283CFF"));
-    QList<QByteArray> after;
-    for (const QPointF& place : places)
-        after.append(tileBytesOf(canvas.at(0), place));
+    const QList<QByteArray> after = tiles();
     QVERIFY(after != before);
-
     canvas.undo();
-    for (int i = 0; i < places.size(); ++i)
-        QVERIFY2(tileBytesOf(canvas.at(0), places.at(i)) == before.at(i), qPrintable(QString::number(i)));
+    QVERIFY(tiles() == before);
     canvas.redo();
-    for (int i = 0; i < places.size(); ++i)
-        QVERIFY2(tileBytesOf(canvas.at(0), places.at(i)) == after.at(i), qPrintable(QString::number(i)));
+    QVERIFY(tiles() == after);
     // The stroke layer is left empty, and each command holds two files.
     QVERIFY(canvas.strokeLayer()->isEmpty());
     QCOMPARE(QDir(MUtility::tempDir()).entryList({QStringLiteral("*.data")}).size(), 8);
@@ -555,19 +542,19 @@ void TestMPaintEngine::viewWithSelectionAndTiling()
     const QImage image = target.toImage();
 
     // The page and its four neighbours, not the diagonal ones.
+    const Rgba red{255, 0, 0, 255};
     for (const QPoint& point :
          {QPoint(75, 75), QPoint(25, 75), QPoint(125, 75), QPoint(75, 25), QPoint(75, 125)})
-        QVERIFY2(near(image.pixelColor(point), Rgba{255, 0, 0, 255}),
-                 qPrintable(describe(image.pixelColor(point))));
+        QCOMPARE(offColour(image, point, red), QString());
     QCOMPARE(image.pixelColor(25, 25).alpha(), 0);
     QCOMPARE(image.pixelColor(125, 125).alpha(), 0);
     // The mask's outline: premultiplied green at 0.7 over the layer, on the
     // edge only, in the page and in its copies.
     const Rgba edge = over(Rgba{0, 178.5, 0, 178.5}, Rgba{255, 0, 0, 255});
-    QVERIFY2(near(image.pixelColor(60, 70), edge), qPrintable(describe(image.pixelColor(60, 70))));
-    QVERIFY(near(image.pixelColor(110, 70), edge));
-    QVERIFY(near(image.pixelColor(70, 70), Rgba{255, 0, 0, 255}));
-    QVERIFY(near(image.pixelColor(55, 55), Rgba{255, 0, 0, 255}));
+    QCOMPARE(offColour(image, QPoint(60, 70), edge), QString());
+    QCOMPARE(offColour(image, QPoint(110, 70), edge), QString());
+    QCOMPARE(offColour(image, QPoint(70, 70), red), QString());
+    QCOMPARE(offColour(image, QPoint(55, 55), red), QString());
 }
 
 QUILLMERE_TEST_MAIN(TestMPaintEngine)

@@ -52,9 +52,10 @@ Rgba mix(const Rgba& a, const Rgba& b, double t)
     return {a.r + (b.r - a.r) * t, a.g + (b.g - a.g) * t, a.b + (b.b - a.b) * t, a.a + (b.a - a.a) * t};
 }
 
-Rgba fromColor(const QColor& c)
+bool near(const Rgba& got, const Rgba& want, double tolerance)
 {
-    return {double(c.red()), double(c.green()), double(c.blue()), double(c.alpha())};
+    return std::abs(got.r - want.r) <= tolerance && std::abs(got.g - want.g) <= tolerance &&
+           std::abs(got.b - want.b) <= tolerance && std::abs(got.a - want.a) <= tolerance;
 }
 
 QString text(const Rgba& c)
@@ -65,11 +66,6 @@ QString text(const Rgba& c)
 int floorDiv(int value, int divisor)
 {
     return int(std::floor(double(value) / divisor));
-}
-
-int floorMod(int value, int divisor)
-{
-    return value - floorDiv(value, divisor) * divisor;
 }
 
 // What a layer holds: content inside region, transparent elsewhere.
@@ -135,12 +131,29 @@ bool paint(MTextureLayer* layer, const Picture& picture)
     return true;
 }
 
+// A view that shows canvas point `at` at the middle of a target of `size`,
+// moved by `shift` widget pixels, rotated about that point and flipped.
+struct View
+{
+    QPointF at;
+    QSize size{64, 64};
+    double scale = 1.0;
+    double degrees = 0.0;
+    bool flip = false;
+    QPointF shift;
+    QColor clear = Qt::transparent;
+    bool smoothPixels = true;
+    bool paper = false;
+    std::function<void(MPaintParams&)> adjust;
+};
+
 // A read-back target; (0, 0) is the top-left pixel, as the view sees it.
 struct Frame
 {
     int width = 0;
     int height = 0;
     QByteArray bytes; // rows as GL reads them, bottom first
+    QTransform toCanvas;
 
     Rgba at(int x, int y) const
     {
@@ -150,15 +163,17 @@ struct Frame
     }
 };
 
-// The first pixel off by more than tolerance, described; empty when all match.
-QString mismatch(const Frame& frame, const std::function<Rgba(int, int)>& expected, double tolerance)
+using Expected = std::function<Rgba(const QPointF&)>;
+
+// The first pixel off by more than tolerance from what is expected at the
+// canvas point under its centre, described; empty when all match.
+QString mismatch(const Frame& frame, const Expected& expected, double tolerance)
 {
     for (int y = 0; y < frame.height; ++y) {
         for (int x = 0; x < frame.width; ++x) {
             const Rgba got = frame.at(x, y);
-            const Rgba want = expected(x, y);
-            if (std::abs(got.r - want.r) > tolerance || std::abs(got.g - want.g) > tolerance ||
-                std::abs(got.b - want.b) > tolerance || std::abs(got.a - want.a) > tolerance)
+            const Rgba want = expected(frame.toCanvas.map(QPointF(x + 0.5, y + 0.5)));
+            if (!near(got, want, tolerance))
                 return QStringLiteral("pixel %1,%2: %3, expected %4")
                     .arg(x)
                     .arg(y)
@@ -167,30 +182,6 @@ QString mismatch(const Frame& frame, const std::function<Rgba(int, int)>& expect
     }
     return QString();
 }
-
-// A view that shows canvas point `at` at the middle of a target of `size`,
-// moved by `shift` widget pixels, rotated about that point and flipped.
-void aim(MTransform* transform, const QPointF& at, const QSize& size, double scale = 1.0,
-         double degrees = 0.0, bool flip = false, const QPointF& shift = QPointF())
-{
-    transform->zoom(scale, QPointF());
-    transform->setRotationCentre(at);
-    transform->setRotation(degrees);
-    if (flip)
-        transform->flipHorizontal();
-    const QPointF middle(size.width() / 2.0, size.height() / 2.0);
-    transform->setTranslation(transform->translation() + middle + shift - transform->mapToWidget(at));
-}
-
-struct View
-{
-    QSize size{64, 64};
-    MTransform* transform = nullptr;
-    QColor clear = Qt::transparent;
-    bool smoothPixels = true;
-    bool paper = false;
-    std::function<void(MPaintParams&)> adjust;
-};
 
 } // namespace
 
@@ -210,6 +201,13 @@ private Q_SLOTS:
 
 private:
     bool render(MCanvas& canvas, const View& view, Frame* frame);
+    // Empty when every pixel of the view is within tolerance of expected,
+    // else what went wrong.
+    QString check(MCanvas& canvas, const View& view, const Expected& expected, double tolerance)
+    {
+        Frame frame;
+        return render(canvas, view, &frame) ? mismatch(frame, expected, tolerance) : m_why;
+    }
 
     QuillmereTest::GLContext m_gl;
     QOpenGLVertexArrayObject m_vertexArray;
@@ -237,6 +235,15 @@ bool TestViewComposition::render(MCanvas& canvas, const View& view, Frame* frame
         m_why = m_gl.why();
         return false;
     }
+    MTransform transform;
+    transform.zoom(view.scale, QPointF());
+    transform.setRotationCentre(view.at);
+    transform.setRotation(view.degrees);
+    if (view.flip)
+        transform.flipHorizontal();
+    const QPointF middle(view.size.width() / 2.0, view.size.height() / 2.0);
+    transform.setTranslation(transform.translation() + middle + view.shift - transform.mapToWidget(view.at));
+
     QOpenGLFramebufferObjectFormat format;
     format.setAttachment(QOpenGLFramebufferObject::NoAttachment);
     format.setInternalTextureFormat(GL_RGBA8);
@@ -257,10 +264,10 @@ bool TestViewComposition::render(MCanvas& canvas, const View& view, Frame* frame
     params.vertexArray = &m_vertexArray;
     params.viewRect = QRectF(QPointF(0, 0), QSizeF(view.size));
     params.useDevicePixelRatio = false;
-    params.transform = view.transform;
+    params.transform = &transform;
     params.smoothPixels = view.smoothPixels;
     // What the view shows, in canvas coordinates.
-    params.clipRect = view.transform ? view.transform->mapRectToCanvas(params.viewRect) : params.viewRect;
+    params.clipRect = transform.mapRectToCanvas(params.viewRect);
     if (view.adjust)
         view.adjust(params);
     if (view.paper)
@@ -274,6 +281,7 @@ bool TestViewComposition::render(MCanvas& canvas, const View& view, Frame* frame
     frame->width = view.size.width();
     frame->height = view.size.height();
     frame->bytes = QByteArray(frame->width * frame->height * 4, '\0');
+    frame->toCanvas = transform.matrix().inverted();
     gl->glPixelStorei(GL_PACK_ALIGNMENT, 1);
     gl->glReadPixels(0, 0, frame->width, frame->height, GL_RGBA, GL_UNSIGNED_BYTE, frame->bytes.data());
     target.release();
@@ -290,26 +298,25 @@ void TestViewComposition::seamsUnderViewTransforms()
     // Nine tiles, at negative coordinates too, each with its own colour and
     // a pattern that changes at every pixel, of one alpha throughout: a seam
     // drawn twice would show a higher alpha, a gap a lower one.
-    const Picture picture{
-        QRect(-500, -500, 1500, 1500), [](int x, int y) {
-            const int column = floorDiv(x, 500) + 1;
-            const int row = floorDiv(y, 500) + 1;
-            return Rgba{30.0 + 50 * column, 30.0 + 50 * row, 8.0 * (floorMod(x, 8) + floorMod(y, 4)), 160};
-        }};
+    const Picture picture{QRect(-500, -500, 1500, 1500), [](int x, int y) {
+                              const int column = floorDiv(x, 500) + 1;
+                              const int row = floorDiv(y, 500) + 1;
+                              const int pattern = x - floorDiv(x, 8) * 8 + y - floorDiv(y, 4) * 4;
+                              return Rgba{30.0 + 50 * column, 30.0 + 50 * row, 8.0 * pattern, 160};
+                          }};
     MCanvas canvas;
     canvas.setPaintedRect(QRectF(picture.region));
     QVERIFY(m_gl.makeCurrent());
     QVERIFY(paint(canvas.at(0), picture));
 
-    struct Case
+    const struct
     {
         const char* name;
         double scale;
         double degrees;
         bool flip;
         QPointF shift;
-    };
-    const Case cases[] = {
+    } cases[] = {
         {"identity", 1, 0, false, QPointF()},     {"scale 2", 2, 0, false, QPointF()},
         {"scale 0.5", 0.5, 0, false, QPointF()},  {"quarter-pixel shift", 1, 0, false, QPointF(0.25, 0.25)},
         {"rotation 90", 1, 90, false, QPointF()}, {"horizontal flip", 1, 0, true, QPointF()},
@@ -321,35 +328,26 @@ void TestViewComposition::seamsUnderViewTransforms()
         for (int column = -1; column <= 1; ++column)
             probes.append(QPoint(column * 500 + 250, row * 500 + 250));
     }
-    const QSize size(64, 64);
-    for (const Case& c : cases) {
+    for (const auto& c : cases) {
         for (const bool smooth : {false, true}) {
+            // Magnification follows smoothPixels; minification is always trilinear.
+            const bool nearest = !smooth && c.scale >= 1.0;
             for (const QPoint& probe : probes) {
-                MTransform transform;
-                aim(&transform, probe, size, c.scale, c.degrees, c.flip, c.shift);
-                Frame frame;
                 View view;
-                view.size = size;
-                view.transform = &transform;
+                view.at = probe;
+                view.scale = c.scale;
+                view.degrees = c.degrees;
+                view.flip = c.flip;
+                view.shift = c.shift;
                 view.smoothPixels = smooth;
-                QVERIFY2(render(canvas, view, &frame), qPrintable(m_why));
-                // Magnification follows smoothPixels; minification is always
-                // trilinear.
-                const bool nearest = !smooth && c.scale >= 1.0;
-                const QString wrong = mismatch(
-                    frame,
-                    [&](int x, int y) {
-                        const QPointF q = transform.mapToCanvas(QPointF(x + 0.5, y + 0.5));
-                        return nearest ? picture.nearest(q) : picture.linear(q);
-                    },
+                const QString wrong = check(
+                    canvas, view,
+                    [&](const QPointF& q) { return nearest ? picture.nearest(q) : picture.linear(q); },
                     nearest ? exactTolerance : filteredTolerance);
                 QVERIFY2(wrong.isEmpty(),
-                         qPrintable(QStringLiteral("%1, %2, around %3,%4: %5")
-                                        .arg(QLatin1String(c.name),
-                                             smooth ? QStringLiteral("smooth") : QStringLiteral("nearest"))
-                                        .arg(probe.x())
-                                        .arg(probe.y())
-                                        .arg(wrong)));
+                         qPrintable(QString::asprintf("%s, %s, around %d,%d: ", c.name,
+                                                      smooth ? "smooth" : "nearest", probe.x(), probe.y()) +
+                                    wrong));
             }
         }
     }
@@ -363,33 +361,25 @@ void TestViewComposition::layersComposeOver()
     QVERIFY(m_gl.makeCurrent());
     // Bottom over the left half, top over the upper half: around (250, 250)
     // the window holds both, each alone, and neither.
-    const Rgba bottom{180, 60, 20, 220};
-    const Rgba top{30, 140, 200, 240};
-    const Picture lower = uniform(QRect(0, 0, 250, 500), bottom);
-    const Picture upper = uniform(QRect(0, 0, 500, 250), top);
+    const Picture lower = uniform(QRect(0, 0, 250, 500), Rgba{180, 60, 20, 220});
+    const Picture upper = uniform(QRect(0, 0, 500, 250), Rgba{30, 140, 200, 240});
     QVERIFY(paint(canvas.at(0), lower));
     QVERIFY(paint(canvas.at(1), upper));
     canvas.at(0)->setOpacity(0.6);
     canvas.at(1)->setOpacity(0.75);
-    const QColor paperColour(250, 240, 200);
-    canvas.setPaperColor(paperColour);
+    const Rgba paper{250, 240, 200, 255};
+    canvas.setPaperColor(QColor(250, 240, 200));
 
     for (const bool withPaper : {false, true}) {
-        MTransform transform;
-        aim(&transform, QPointF(250, 250), QSize(64, 64));
         View view;
-        view.transform = &transform;
+        view.at = QPointF(250, 250);
         view.smoothPixels = false;
         view.paper = withPaper;
-        Frame frame;
-        QVERIFY2(render(canvas, view, &frame), qPrintable(m_why));
-        const QString wrong = mismatch(
-            frame,
-            [&](int x, int y) {
-                const QPointF q = transform.mapToCanvas(QPointF(x + 0.5, y + 0.5));
-                Rgba result = withPaper ? fromColor(paperColour) : Rgba();
-                result = over(times(lower.nearest(q), 0.6), result);
-                return over(times(upper.nearest(q), 0.75), result);
+        const QString wrong = check(
+            canvas, view,
+            [&](const QPointF& q) {
+                const Rgba below = over(times(lower.nearest(q), 0.6), withPaper ? paper : Rgba());
+                return over(times(upper.nearest(q), 0.75), below);
             },
             exactTolerance);
         QVERIFY2(wrong.isEmpty(), qPrintable((withPaper ? QStringLiteral("on paper: ") : QString()) + wrong));
@@ -402,30 +392,21 @@ void TestViewComposition::paintedRectClip()
     QVERIFY(m_gl.makeCurrent());
     const Rgba colour{40, 170, 90, 200};
     QVERIFY(paint(canvas.at(0), uniform(QRect(-1050, -1050, 1600, 1600), colour)));
+    View view;
+    view.size = QSize(32, 32);
+    view.smoothPixels = false;
     // Both start at negative coordinates off the grid and end on a cell
     // boundary, one at 500, one at 0.
     for (const QRectF& painted : {QRectF(-737, -263, 1237, 763), QRectF(-1001, -999, 1001, 999)}) {
         canvas.setPaintedRect(painted);
         for (const QPointF& corner :
              {painted.topLeft(), painted.topRight(), painted.bottomLeft(), painted.bottomRight()}) {
-            MTransform transform;
-            aim(&transform, corner, QSize(32, 32));
-            View view;
-            view.size = QSize(32, 32);
-            view.transform = &transform;
-            view.smoothPixels = false;
-            Frame frame;
-            QVERIFY2(render(canvas, view, &frame), qPrintable(m_why));
-            const QString wrong = mismatch(
-                frame,
-                [&](int x, int y) {
-                    const QPointF q = transform.mapToCanvas(QPointF(x + 0.5, y + 0.5));
-                    return painted.contains(q) ? colour : Rgba();
-                },
+            view.at = corner;
+            const QString wrong = check(
+                canvas, view, [&](const QPointF& q) { return painted.contains(q) ? colour : Rgba(); },
                 exactTolerance);
-            QVERIFY2(
-                wrong.isEmpty(),
-                qPrintable(QStringLiteral("corner %1,%2: %3").arg(corner.x()).arg(corner.y()).arg(wrong)));
+            QVERIFY2(wrong.isEmpty(),
+                     qPrintable(QString::asprintf("corner %g,%g: ", corner.x(), corner.y()) + wrong));
         }
     }
     // The first and last pixels of the first page, read explicitly: with a
@@ -433,12 +414,7 @@ void TestViewComposition::paintedRectClip()
     // canvas pixel and 15 the one before it.
     canvas.setPaintedRect(QRectF(-737, -263, 1237, 763));
     for (const QPointF& corner : {QPointF(-737, -263), QPointF(500, 500)}) {
-        MTransform transform;
-        aim(&transform, corner, QSize(32, 32));
-        View view;
-        view.size = QSize(32, 32);
-        view.transform = &transform;
-        view.smoothPixels = false;
+        view.at = corner;
         Frame frame;
         QVERIFY2(render(canvas, view, &frame), qPrintable(m_why));
         const bool start = corner.x() < 0;
@@ -455,7 +431,6 @@ void TestViewComposition::timeLineFrames()
     canvas.setPaintedRect(QRectF(0, 0, 500, 500));
     for (int i = 0; i < 3; ++i)
         canvas.appendLayer();
-    QCOMPARE(canvas.count(), 4);
     QVERIFY(m_gl.makeCurrent());
     const Rgba colours[4] = {{200, 40, 0, 210}, {0, 150, 30, 170}, {20, 0, 190, 200}, {90, 90, 90, 240}};
     const double opacities[4] = {0.9, 0.8, 0.7, 0.6};
@@ -463,48 +438,37 @@ void TestViewComposition::timeLineFrames()
         QVERIFY(paint(canvas.at(i), uniform(QRect(0, 0, 500, 500), colours[i])));
         canvas.at(i)->setOpacity(opacities[i]);
     }
-    const auto frameColour = [&](int current, bool previous, bool background, Rgba* result) {
-        canvas.setCurrentRow(current);
-        MTransform transform;
-        aim(&transform, QPointF(250, 250), QSize(16, 16));
+    const auto layer = [&](int i, double opacity) { return times(colours[i], opacity); };
+    const struct
+    {
+        int current;
+        bool previous;
+        bool background;
+        Rgba expected;
+    } cases[] = {
+        // On the last layer the next frame doesn't exist: nothing gets 0.4.
+        {3, true, false, layer(3, 0.6)},
+        // On a middle layer, the next one is drawn over it at 0.4.
+        {1, true, false, over(layer(2, 0.4), layer(1, 0.8))},
+        {1, false, false, layer(1, 0.8)},
+        // The first layer as background goes under the frame at its own opacity.
+        {2, true, true, over(layer(3, 0.4), over(layer(2, 0.7), layer(0, 0.9)))},
+    };
+    for (const auto& c : cases) {
+        canvas.setCurrentRow(c.current);
         View view;
+        view.at = QPointF(250, 250);
         view.size = QSize(16, 16);
-        view.transform = &transform;
         view.smoothPixels = false;
         view.adjust = [&](MPaintParams& params) {
             params.timeLineMode = true;
-            params.showPreviousFrame = previous;
-            params.firstLayerAsBackground = background;
+            params.showPreviousFrame = c.previous;
+            params.firstLayerAsBackground = c.background;
         };
-        Frame frame;
-        if (!render(canvas, view, &frame))
-            return QString(m_why);
-        *result = frame.at(0, 0);
-        return mismatch(
-            frame, [&](int, int) { return *result; }, 0.0);
-    };
-    const auto near = [](const Rgba& got, const Rgba& want) {
-        return std::abs(got.r - want.r) <= exactTolerance && std::abs(got.g - want.g) <= exactTolerance &&
-               std::abs(got.b - want.b) <= exactTolerance && std::abs(got.a - want.a) <= exactTolerance;
-    };
-    const auto layer = [&](int i, double opacity) { return times(colours[i], opacity); };
-
-    // On the last layer the next frame doesn't exist: nothing gets 0.4.
-    Rgba got;
-    QString wrong = frameColour(3, true, false, &got);
-    QVERIFY2(wrong.isEmpty(), qPrintable(wrong));
-    QVERIFY2(near(got, layer(3, 0.6)), qPrintable(text(got)));
-    // On a middle layer, the next one is drawn over it at 0.4.
-    wrong = frameColour(1, true, false, &got);
-    QVERIFY2(wrong.isEmpty(), qPrintable(wrong));
-    QVERIFY2(near(got, over(layer(2, 0.4), layer(1, 0.8))), qPrintable(text(got)));
-    wrong = frameColour(1, false, false, &got);
-    QVERIFY2(wrong.isEmpty(), qPrintable(wrong));
-    QVERIFY2(near(got, layer(1, 0.8)), qPrintable(text(got)));
-    // The first layer as background goes under the frame at its own opacity.
-    wrong = frameColour(2, true, true, &got);
-    QVERIFY2(wrong.isEmpty(), qPrintable(wrong));
-    QVERIFY2(near(got, over(layer(3, 0.4), over(layer(2, 0.7), layer(0, 0.9)))), qPrintable(text(got)));
+        const QString wrong = check(
+            canvas, view, [&](const QPointF&) { return c.expected; }, exactTolerance);
+        QVERIFY2(wrong.isEmpty(), qPrintable(QStringLiteral("layer %1: ").arg(c.current) + wrong));
+    }
 }
 
 void TestViewComposition::clipRectLimitsCells()
@@ -521,20 +485,20 @@ void TestViewComposition::clipRectLimitsCells()
                           uniform(QRect(column * 500, row * 500, 500, 500), cellColour(column, row))));
     }
     const QColor clear = QColor::fromRgbF(0.2, 0.4, 0.6, 0.8);
-    const Rgba clearRgba = fromColor(clear);
+    const Rgba clearRgba{double(clear.red()), double(clear.green()), double(clear.blue()),
+                         double(clear.alpha())};
     // A quarter-scale view of the nine cells; widget = 200 + (canvas - 250) / 4.
-    const QSize size(400, 400);
     const auto widget = [](double canvasCoordinate) { return int(200 + (canvasCoordinate - 250) / 4); };
+    // A damaged area well inside one cell, away from its margins.
+    const QRectF damaged(100, 100, 300, 300);
     for (const bool clipped : {true, false}) {
-        MTransform transform;
-        aim(&transform, QPointF(250, 250), size, 0.25);
         View view;
-        view.size = size;
-        view.transform = &transform;
+        view.at = QPointF(250, 250);
+        view.size = QSize(400, 400);
+        view.scale = 0.25;
         view.clear = clear;
         view.adjust = [&](MPaintParams& params) {
-            // A damaged area well inside one cell, away from its margins.
-            params.clipRect = QRectF(100, 100, 300, 300);
+            params.clipRect = damaged;
             params.clipToRect = clipped;
         };
         Frame frame;
@@ -545,18 +509,13 @@ void TestViewComposition::clipRectLimitsCells()
                 // with the clip only the damaged area is drawn, even in its cell.
                 for (const QPointF& point : {QPointF(column * 500 + 250, row * 500 + 250),
                                              QPointF(column * 500 + 50, row * 500 + 50)}) {
-                    const bool drawn = !clipped || QRectF(100, 100, 300, 300).contains(point);
+                    const bool drawn = !clipped || damaged.contains(point);
                     const Rgba want = drawn ? over(cellColour(column, row), clearRgba) : clearRgba;
                     const Rgba got = frame.at(widget(point.x()), widget(point.y()));
-                    const double tolerance = drawn ? filteredTolerance : 0.0;
-                    QVERIFY2(
-                        std::abs(got.r - want.r) <= tolerance && std::abs(got.g - want.g) <= tolerance &&
-                            std::abs(got.b - want.b) <= tolerance && std::abs(got.a - want.a) <= tolerance,
-                        qPrintable(QStringLiteral("%1 at %2,%3: %4, expected %5")
-                                       .arg(clipped ? QStringLiteral("clipped") : QStringLiteral("whole"))
-                                       .arg(point.x())
-                                       .arg(point.y())
-                                       .arg(text(got), text(want))));
+                    QVERIFY2(near(got, want, drawn ? filteredTolerance : 0.0),
+                             qPrintable(QString::asprintf("%s at %g,%g: ", clipped ? "clipped" : "whole",
+                                                          point.x(), point.y()) +
+                                        text(got) + QStringLiteral(", expected ") + text(want)));
                 }
             }
         }
@@ -588,17 +547,12 @@ void TestViewComposition::effectInTheViewContext()
     QVERIFY(canvas.at(0)->isShaderActive());
     // Red and blue swapped, scaled by the grey of the image.
     const Rgba expected = times(Rgba{50, 100, 200, 255}, 128.0 / 255.0);
+    View view;
+    view.at = QPointF(250, 250);
+    view.size = QSize(16, 16);
     for (int pass = 0; pass < 2; ++pass) {
-        MTransform transform;
-        aim(&transform, QPointF(250, 250), QSize(16, 16));
-        View view;
-        view.size = QSize(16, 16);
-        view.transform = &transform;
-        Frame frame;
-        QVERIFY2(render(canvas, view, &frame),
-                 qPrintable(QStringLiteral("pass %1: %2").arg(pass).arg(m_why)));
-        const QString wrong = mismatch(
-            frame, [&](int, int) { return expected; }, exactTolerance);
+        const QString wrong = check(
+            canvas, view, [&](const QPointF&) { return expected; }, exactTolerance);
         QVERIFY2(wrong.isEmpty(), qPrintable(QStringLiteral("pass %1: %2").arg(pass).arg(wrong)));
     }
     MShaderList::instance()->removeShader(id);
