@@ -3,9 +3,12 @@
 #include "app/meventfilter.h"
 
 #include <QApplication>
+#include <QBuffer>
 #include <QCoreApplication>
 #include <QDir>
 #include <QFile>
+#include <QImage>
+#include <QImageReader>
 #include <QPointer>
 #include <QStandardPaths>
 
@@ -133,4 +136,32 @@ void MUtility::endWait()
 bool MUtility::isWaiting()
 {
     return !waitFilter.isNull();
+}
+
+QString MUtility::imageToBase64Png(const QImage& image)
+{
+    if (image.isNull())
+        return QString();
+    QByteArray bytes;
+    QBuffer buffer(&bytes);
+    if (!buffer.open(QIODevice::WriteOnly) || !image.save(&buffer, "PNG"))
+        return QString();
+    return QString::fromLatin1(bytes.toBase64());
+}
+
+QImage MUtility::imageFromPng(const QByteArray& bytes, int maxSide, qint64 maxPixels)
+{
+    if (bytes.isEmpty())
+        return QImage();
+    QBuffer buffer;
+    buffer.setData(bytes);
+    if (!buffer.open(QIODevice::ReadOnly))
+        return QImage();
+    QImageReader reader(&buffer, "png");
+    reader.setAutoDetectImageFormat(false);
+    const QSize size = reader.size();
+    if (!size.isValid() || size.width() > maxSide || size.height() > maxSide ||
+        qint64(size.width()) * size.height() > maxPixels)
+        return QImage();
+    return reader.read();
 }

@@ -4,6 +4,8 @@
 
 #include <QString>
 
+class QImage;
+
 // Where every kind of file lives. Each directory handed out ends with "/" and
 // is created when missing.
 class MUtility
@@ -27,4 +29,12 @@ public:
     static void beginWait();
     static void endWait();
     static bool isWaiting();
+
+    // Images kept inside JSON files: PNG bytes in base64, empty for a null
+    // image.
+    static QString imageToBase64Png(const QImage& image);
+    // The PNG in bytes, or null when it isn't one or claims more than
+    // maxSide on a side or maxPixels in all: the size is read from the header
+    // before anything is allocated.
+    static QImage imageFromPng(const QByteArray& bytes, int maxSide, qint64 maxPixels);
 };

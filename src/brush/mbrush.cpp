@@ -93,6 +93,14 @@ QImage MBrush::preview() const
     return m_preview;
 }
 
+void MBrush::setPreview(const QImage& image)
+{
+    if (image == m_preview)
+        return;
+    m_preview = image;
+    Q_EMIT previewChanged(m_preview);
+}
+
 void MBrush::refreshPreview()
 {
     m_preview = renderPreview(previewSize, Qt::darkGray, Qt::white);

@@ -142,6 +142,8 @@ public:
     // The list thumbnail: a stroke of the brush, rendered on first use and
     // kept until refreshPreview.
     QImage preview() const;
+    // Takes a thumbnail made elsewhere, as read from a brush file.
+    void setPreview(const QImage& image);
     // A stroke of the brush across an image of size, drawn on the GPU in
     // strokeColor, with borderColor for brushes that use a border colour.
     QImage renderPreview(const QSize& size, const QColor& strokeColor, const QColor& borderColor) const;
