@@ -43,18 +43,25 @@ private:
 };
 
 // Makes a context current for a scope. One that is current already stays so;
-// another is made current on a surface of its own, and released with it.
+// another is made current on a surface of its own, and released with it. A
+// failure is logged for source.
 class CurrentContext
 {
 public:
-    explicit CurrentContext(QOpenGLContext* context) : m_context(context)
+    CurrentContext(QOpenGLContext* context, const QString& source) : m_context(context)
     {
+        if (!context) {
+            MLogger::systemError(source, noContext);
+            return;
+        }
         if (QOpenGLContext::currentContext() == context) {
             m_current = true;
             return;
         }
         m_surface.reset(MOpenGL::createSurface(context));
         m_current = m_surface && context->makeCurrent(m_surface.get());
+        if (!m_current)
+            MLogger::systemError(source, QStringLiteral("Unable to make current context"));
     }
     ~CurrentContext()
     {
@@ -93,15 +100,9 @@ bool MTextureTransfert::initializeGL(QOpenGLContext* context)
     if (m_initialized)
         return true;
     const QString source = QStringLiteral("MTextureTransfert::initializeGL");
-    if (!context) {
-        MLogger::systemError(source, noContext);
+    CurrentContext current(context, source);
+    if (!current.isCurrent())
         return false;
-    }
-    CurrentContext current(context);
-    if (!current.isCurrent()) {
-        MLogger::systemError(source, QStringLiteral("Unable to make current context"));
-        return false;
-    }
     QOpenGLFunctions* gl = context->functions();
     m_frameBuffer = std::make_unique<MFrameBuffer>();
     gl->glGenBuffers(bufferCount, m_bufferNames);
@@ -118,15 +119,9 @@ bool MTextureTransfert::initializeGL(QOpenGLContext* context)
 void MTextureTransfert::shutDown(QOpenGLContext* context)
 {
     const QString source = QStringLiteral("MTextureTransfert::shutDown");
-    if (!context) {
-        MLogger::systemError(source, noContext);
+    CurrentContext current(context, source);
+    if (!current.isCurrent())
         return;
-    }
-    CurrentContext current(context);
-    if (!current.isCurrent()) {
-        MLogger::systemError(source, QStringLiteral("Unable to make current context"));
-        return;
-    }
     QOpenGLFunctions* gl = context->functions();
     if (m_frameBuffer) {
         m_frameBuffer->detachTexture(0);
@@ -152,15 +147,9 @@ bool MTextureTransfert::textureIdToBufferTile(QOpenGLContext* context, unsigned 
         MLogger::systemError(source, QStringLiteral("Wrong buffer format"));
         return false;
     }
-    if (!context) {
-        MLogger::systemError(source, noContext);
+    CurrentContext current(context, source);
+    if (!current.isCurrent())
         return false;
-    }
-    CurrentContext current(context);
-    if (!current.isCurrent()) {
-        MLogger::systemError(source, QStringLiteral("Unable to make current context"));
-        return false;
-    }
     if (!initializeGL(context)) {
         MLogger::systemError(source, QStringLiteral("Error during initialisation"));
         return false;
