@@ -1,5 +1,8 @@
 #include "app/mapplication.h"
 
+#include "brush/mbrushlist.h"
+#include "effects/mshaderlist.h"
+
 #include "app/mfileutility.h"
 #include "app/mlogger.h"
 #include "app/mmainwindow.h"
@@ -113,6 +116,11 @@ bool MApplication::startUp(MSingleInstance& guard)
     MBrushInputInfoList::instance();
     MOpenGL::instance();
 
+    MShaderList::instance();
+    showSplashMessage(tr("effects loaded: %1").arg(MShaderList::instance()->count()));
+    MBrushList::instance();
+    showSplashMessage(tr("brushes loaded: %1").arg(MBrushList::instance()->count()));
+
     MMouseFunctions::instance();
     MPathVarList::instance();
     MTextureTransfert::create(512, 6, 4);
@@ -151,6 +159,8 @@ void MApplication::shutDown()
     MTextureTransfert::destroy();
     MPathVarList::destroy();
     MMouseFunctions::destroy();
+    MBrushList::destroy();
+    MShaderList::destroy();
     MOpenGL::destroy();
     MBrushInputInfoList::destroy();
     MBrushSettingInfoList::destroy();

@@ -12,6 +12,8 @@
 #include <QPointer>
 #include <QStandardPaths>
 
+#include <algorithm>
+
 namespace {
 
 // Parented to the application, so that it goes with it.
@@ -28,6 +30,29 @@ QString madePath(const QString& path)
 QString MUtility::applicationDir()
 {
     return QCoreApplication::applicationDirPath() + QLatin1Char('/');
+}
+
+namespace {
+
+QString& systemDataRootOverride()
+{
+    static QString path;
+    return path;
+}
+
+} // namespace
+
+QString MUtility::systemDataRoot()
+{
+    const QString& path = systemDataRootOverride();
+    if (path.isEmpty())
+        return applicationDir();
+    return path.endsWith(QLatin1Char('/')) ? path : path + QLatin1Char('/');
+}
+
+void MUtility::setSystemDataRoot(const QString& path)
+{
+    systemDataRootOverride() = path;
 }
 
 QString MUtility::userDataDir()
@@ -70,7 +95,7 @@ QString MUtility::directory(MEnum::PathType pathType, MEnum::Directory directory
         return madePath(userDataDir() + directoryName(directory));
     if (pathType == MEnum::UserPath)
         return madePath(userDataDir() + QStringLiteral("datas/") + directoryName(directory));
-    return madePath(applicationDir() + QStringLiteral("datas/") + directoryName(directory));
+    return madePath(systemDataRoot() + QStringLiteral("datas/") + directoryName(directory));
 }
 
 QString MUtility::tempDir()
@@ -164,4 +189,42 @@ QImage MUtility::imageFromPng(const QByteArray& bytes, int maxSide, qint64 maxPi
         qint64(size.width()) * size.height() > maxPixels)
         return QImage();
     return reader.read();
+}
+
+QImage MUtility::colorToAlpha(const QImage& image, QRgb keyColor)
+{
+    if (image.isNull())
+        return QImage();
+    QImage result = image.convertToFormat(QImage::Format_ARGB32_Premultiplied);
+    const float key[3] = {float(qRed(keyColor)), float(qGreen(keyColor)), float(qBlue(keyColor))};
+    for (int y = 0; y < result.height(); ++y) {
+        auto* line = reinterpret_cast<QRgb*>(result.scanLine(y));
+        for (int x = 0; x < result.width(); ++x) {
+            const QRgb source = qUnpremultiply(line[x]);
+            float channels[3] = {float(qRed(source)), float(qGreen(source)), float(qBlue(source))};
+            // The share of each channel's way from the key to its far end.
+            float alpha = 0.0f;
+            for (int i = 0; i < 3; ++i) {
+                const float c = channels[i];
+                const float k = key[i];
+                float share = 0.0f;
+                if (c > k)
+                    share = (c - k) / (255.0f - k);
+                else if (k > c)
+                    share = (k - c) / k;
+                alpha = std::max(alpha, share);
+            }
+            const float scaled = alpha * 255.0f;
+            int newAlpha = 0;
+            if (scaled >= 1.0f) {
+                for (int i = 0; i < 3; ++i)
+                    channels[i] = (channels[i] - key[i]) * 255.0f / scaled + key[i];
+                newAlpha = qRound(float(qAlpha(source)) / 255.0f * scaled);
+            }
+            auto channel = [](float value) { return qBound(0, qRound(value), 255); };
+            line[x] = qPremultiply(qRgba(channel(channels[0]), channel(channels[1]), channel(channels[2]),
+                                         qBound(0, newAlpha, 255)));
+        }
+    }
+    return result;
 }

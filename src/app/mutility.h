@@ -2,6 +2,7 @@
 
 #include "app/menum.h"
 
+#include <QRgb>
 #include <QString>
 
 class QImage;
@@ -12,6 +13,10 @@ class MUtility
 {
 public:
     static QString applicationDir();
+    // The folder that holds the shipped "datas": the executable's folder
+    // unless another was set (an empty path sets it back).
+    static QString systemDataRoot();
+    static void setSystemDataRoot(const QString& path);
     static QString userDataDir();
     static QString directoryName(MEnum::Directory directory);
     static QString directory(MEnum::PathType pathType, MEnum::Directory directory);
@@ -37,4 +42,10 @@ public:
     // maxSide on a side or maxPixels in all: the size is read from the header
     // before anything is allocated.
     static QImage imageFromPng(const QByteArray& bytes, int maxSide, qint64 maxPixels);
+
+    // Turns the key colour into transparency, as far as each pixel's colour
+    // lies from it: a pixel of the key colour goes, one of it mixed with
+    // another keeps that other colour at the mix's opacity. The result is
+    // premultiplied ARGB32.
+    static QImage colorToAlpha(const QImage& image, QRgb keyColor);
 };

@@ -2,11 +2,14 @@
 
 #include "app/mevent.h"
 #include "app/mlogger.h"
+#include "app/mutility.h"
 #include "brush/mbrushpreview.h"
 #include "brush/mbrushsettinginfolist.h"
+#include "brush/mbrushstream.h"
 #include "brush/mcurve.h"
 #include "effects/mvalues.h"
 
+#include <QFileInfo>
 #include <QMetaProperty>
 #include <QUuid>
 #include <QtAlgorithms>
@@ -165,6 +168,66 @@ void MBrush::emitNotification(int setting, double value)
                              QStringLiteral("Invalid variant type"));
         break;
     }
+}
+
+namespace {
+
+QString brushFileName(MEnum::PathType pathType, const QString& id)
+{
+    QString directory = MUtility::directory(pathType, MEnum::BrushDir);
+    if (!directory.endsWith(QLatin1Char('/')))
+        directory += QLatin1Char('/');
+    return directory + id.trimmed().toLower() + QStringLiteral(".qmb");
+}
+
+} // namespace
+
+QString MBrush::userFileName() const
+{
+    return brushFileName(MEnum::UserPath, m_id);
+}
+
+QString MBrush::systemFileName() const
+{
+    return brushFileName(MEnum::SystemPath, m_id);
+}
+
+bool MBrush::load(const QString& fileName)
+{
+    if (!QFileInfo(fileName).isFile())
+        return false;
+    MBrushStream stream(this);
+    if (!stream.load(fileName))
+        return false;
+    for (const MField* field : MBrushSettingInfoList::instance()->fields())
+        emitNotification(field->id, baseValue(field->id));
+    return true;
+}
+
+bool MBrush::reload()
+{
+    const QString user = userFileName();
+    const bool loaded = load(QFileInfo(user).isFile() ? user : systemFileName());
+    refreshPreview();
+    return loaded;
+}
+
+bool MBrush::resetToSystem()
+{
+    const bool restored = load(systemFileName()) && save();
+    refreshPreview();
+    return restored;
+}
+
+bool MBrush::save()
+{
+    MBrushStream stream(this);
+    return stream.save(userFileName());
+}
+
+bool MBrush::exists() const
+{
+    return QFileInfo(systemFileName()).isFile();
 }
 
 void MBrush::setTexture(const QImage& image)

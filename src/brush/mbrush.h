@@ -189,6 +189,23 @@ public:
     // Every setting to its default; no curves.
     void reset();
 
+    // The brush's file is its lower-cased id with the extension "qmb", in the
+    // user or the system brush directory.
+    QString userFileName() const;
+    QString systemFileName() const;
+    // Reads a brush file into this brush, then notifies every setting; false
+    // when the file doesn't exist or can't be read.
+    bool load(const QString& fileName);
+    // Drops unsaved changes: reads the user file if there is one, else the
+    // system file, and renders the thumbnail anew.
+    bool reload();
+    // Reads the system file and writes it at once as the user's.
+    bool resetToSystem();
+    // Writes the user file.
+    bool save();
+    // Whether a system file of this brush exists.
+    bool exists() const;
+
     // The stroke's snapshot of the base values.
     SettingValues baseValues() const;
     // One setting for one stamp: the base value carried through the setting's

@@ -219,7 +219,7 @@ bool MBrushStream::fromJson(const QByteArray& data)
     // A known engine fills the table with its defaults; an unknown one leaves
     // the brush on the default stamping.
     m_brush->set_shaderId(shaderId);
-    if (MShaderList::instance()->shader(shaderId))
+    if (MShaderList::instance()->shaderById(shaderId))
         readShaderValues(object.value(QStringLiteral("shaderValues")));
 
     m_brush->setTexture(imageFromBase64(object.value(QStringLiteral("texture"))));
@@ -282,7 +282,7 @@ void MBrushStream::readQuickSettings(const QJsonValue& value)
 
 void MBrushStream::readShaderValues(const QJsonValue& value)
 {
-    const MShader* shader = MShaderList::instance()->shader(m_brush->shaderId());
+    const MShader* shader = MShaderList::instance()->shaderById(m_brush->shaderId());
     if (!shader)
         return;
     const QJsonArray entries = value.toArray();

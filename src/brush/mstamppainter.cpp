@@ -179,7 +179,7 @@ bool MStampPainter::drawTile(MTextureTile* target, const QVector<MVertex>& stamp
 
     MBrush* brush = m_sharedData->brush();
     const QString engineId = brush->shaderId();
-    MShader* engine = engineId.isEmpty() ? nullptr : MShaderList::instance()->shader(engineId);
+    MShader* engine = engineId.isEmpty() ? nullptr : MShaderList::instance()->shaderById(engineId);
     MShaderProgramList* programs = m_sharedData->programList();
     QOpenGLShaderProgram* program = programs->bindWithAttributes(
         engineId.isEmpty() ? stampingProgram : engineId, m_sharedData->vertexArray());

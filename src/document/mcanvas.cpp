@@ -803,7 +803,7 @@ void MCanvas::applyEffect()
     MTextureLayer* layer = current();
     if (!layer || !layer->isShaderActive())
         return;
-    MShader* shader = MShaderList::instance()->shader(layer->shaderId());
+    MShader* shader = MShaderList::instance()->shaderById(layer->shaderId());
     if (!shader)
         return;
     makeCurrent();

@@ -1,27 +1,42 @@
 #include "effects/mshaderlist.h"
 
+#include "app/mlogger.h"
 #include "effects/mshader.h"
+#include "effects/mshaderstream.h"
 
-#include <algorithm>
-
-MShaderList::MShaderList() = default;
+MShaderList::MShaderList() : MParamList(MEnum::ShaderDir, QStringLiteral("qsh"))
+{
+    setItemClass(&MShader::staticMetaObject);
+    setMimeType(QStringLiteral("application/vnd.tarnbeck.shader"));
+    load();
+    MLogger::instance()->write(QStringLiteral("Shaders loaded: %1 shaders").arg(count()));
+}
 
 MShaderList::~MShaderList() = default;
 
-MShader* MShaderList::at(int index) const
+MShader* MShaderList::shaderAt(int row) const
 {
-    return index >= 0 && index < count() ? m_shaders[size_t(index)].get() : nullptr;
+    return qobject_cast<MShader*>(item(row));
 }
 
-MShader* MShaderList::shader(const QString& id) const
+MShader* MShaderList::shaderById(const QString& id) const
 {
-    const QString wanted = normalizedId(id);
-    if (wanted.isEmpty())
-        return nullptr;
-    for (const auto& entry : m_shaders)
-        if (normalizedId(entry->id()) == wanted)
-            return entry.get();
-    return nullptr;
+    return qobject_cast<MShader*>(itemById(id));
+}
+
+int MShaderList::indexOfDescription(const QString& text) const
+{
+    for (int row = 0; row < count(); ++row) {
+        if (shaderAt(row)->description().compare(text, Qt::CaseInsensitive) == 0)
+            return row;
+    }
+    return -1;
+}
+
+bool MShaderList::removeByDescription(const QString& text)
+{
+    const int row = indexOfDescription(text);
+    return row >= 0 && item(row) && removeRow(row);
 }
 
 MShader* MShaderList::addShader(std::unique_ptr<MShader> shader)
@@ -29,17 +44,76 @@ MShader* MShaderList::addShader(std::unique_ptr<MShader> shader)
     if (!shader)
         return nullptr;
     removeShader(shader->id());
-    m_shaders.push_back(std::move(shader));
-    return m_shaders.back().get();
+    MShader* added = shader.release();
+    // The table's own append: the order and the index stay as they are.
+    MTableModel::addItem(added);
+    return added;
 }
 
 bool MShaderList::removeShader(const QString& id)
 {
-    const QString wanted = normalizedId(id);
-    const auto found = std::find_if(m_shaders.begin(), m_shaders.end(),
-                                    [&](const auto& entry) { return normalizedId(entry->id()) == wanted; });
-    if (found == m_shaders.end())
+    const int row = indexOf(itemById(id));
+    return row >= 0 && MTableModel::removeRow(row);
+}
+
+MShader* MShaderList::newShader(int type, const QString& group, const QString& description,
+                                const QString& source)
+{
+    auto shader = std::make_unique<MShader>();
+    shader->setType(type);
+    shader->setGroup(group);
+    shader->setDescription(description);
+    shader->setSource(source);
+    return appendSaved(std::move(shader));
+}
+
+MShader* MShaderList::duplicateShader(const MShader* source, const QString& description)
+{
+    if (!source)
+        return nullptr;
+    auto shader = std::make_unique<MShader>();
+    const QString id = shader->id();
+    shader->assign(*source);
+    shader->setId(id);
+    shader->setDescription(description);
+    return appendSaved(std::move(shader));
+}
+
+MShader* MShaderList::appendSaved(std::unique_ptr<MShader> shader)
+{
+    if (!saveItem(shader.get()))
+        return nullptr;
+    MShader* added = shader.release();
+    addItem(added);
+    return added;
+}
+
+QObject* MShaderList::createItem()
+{
+    return new MShader;
+}
+
+bool MShaderList::readItem(QObject* object, const QString& fileName)
+{
+    auto* shader = qobject_cast<MShader*>(object);
+    if (!shader)
         return false;
-    m_shaders.erase(found);
-    return true;
+    MShaderStream stream(shader);
+    return stream.load(fileName);
+}
+
+bool MShaderList::writeItem(QObject* object, const QString& fileName)
+{
+    auto* shader = qobject_cast<MShader*>(object);
+    if (!shader)
+        return false;
+    MShaderStream stream(shader);
+    return stream.save(fileName);
+}
+
+void MShaderList::loadFromFiles(const QStringList& order, const QHash<QString, MParamFile>& files)
+{
+    loadItems(order, files, QStringLiteral("MShaderList::loadFromFiles"), QStringLiteral("shader"));
+    sortByIndex();
+    setCurrentRow(count() > 0 ? 0 : -1);
 }

@@ -1,17 +1,17 @@
 #pragma once
 
 #include "app/msingleton.h"
+#include "lists/mparamlist.h"
 
-#include <QObject>
 #include <QString>
 
 #include <memory>
-#include <vector>
 
 class MShader;
 
-// The effects known to the program, by id.
-class MShaderList : public QObject, public MSingleton<MShaderList>
+// The effects and brush engines known to the program: one .qsh file each, in
+// the system and the user shader directories.
+class MShaderList : public MParamList, public MSingleton<MShaderList>
 {
     Q_OBJECT
 
@@ -19,16 +19,33 @@ public:
     MShaderList();
     ~MShaderList() override;
 
-    int count() const { return int(m_shaders.size()); }
-    MShader* at(int index) const;
+    MShader* shaderAt(int row) const;
     // The effect of that id (compared trimmed and upper-cased), or null.
-    MShader* shader(const QString& id) const;
-    // Takes the effect; an effect of the same id is replaced.
+    MShader* shaderById(const QString& id) const;
+    MShader* currentShader() const { return shaderAt(currentRow()); }
+    // The first row whose description equals text, ignoring case; -1 when none.
+    int indexOfDescription(const QString& text) const;
+    bool removeByDescription(const QString& text);
+
+    // Takes an effect for this session only, as for one read from a loose
+    // file: an effect of the same id is replaced, and no file or index is
+    // written.
     MShader* addShader(std::unique_ptr<MShader> shader);
+    // Drops an effect of this session; its files are left alone.
     bool removeShader(const QString& id);
 
-    static QString normalizedId(const QString& id) { return id.trimmed().toUpper(); }
+    // A new effect of that type, saved to the user directory and appended.
+    MShader* newShader(int type, const QString& group, const QString& description, const QString& source);
+    // A copy of source under a new id, saved and appended.
+    MShader* duplicateShader(const MShader* source, const QString& description);
+
+    QObject* createItem() override;
+    bool readItem(QObject* object, const QString& fileName) override;
+    bool writeItem(QObject* object, const QString& fileName) override;
+
+protected:
+    void loadFromFiles(const QStringList& order, const QHash<QString, MParamFile>& files) override;
 
 private:
-    std::vector<std::unique_ptr<MShader>> m_shaders;
+    MShader* appendSaved(std::unique_ptr<MShader> shader);
 };

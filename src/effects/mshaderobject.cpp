@@ -10,7 +10,7 @@ MShaderObject::MShaderObject(QObject* parent) : QObject(parent), m_shaderValues(
 void MShaderObject::set_shaderId(const QString& id)
 {
     const QString old = m_shaderId;
-    if (MShaderList::instance()->shader(id)) {
+    if (MShaderList::instance()->shaderById(id)) {
         m_shaderId = id;
         if (id != old)
             applyDefaults(id);
@@ -48,7 +48,7 @@ void MShaderObject::fillValues(const QString& id, bool keepExisting)
     MValues old;
     old.copyFrom(*m_shaderValues);
     m_shaderValues->clear();
-    MShader* shader = MShaderList::instance()->shader(id);
+    MShader* shader = MShaderList::instance()->shaderById(id);
     if (shader && shader->parseParams()) {
         for (int i = 0; i < shader->paramCount(); ++i) {
             const MField* field = shader->param(i);

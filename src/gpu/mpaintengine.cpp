@@ -484,7 +484,7 @@ void MPaintEngine::drawLayer(MPaintParams* params)
         if (m_paperTexture)
             m_paperTexture->generateMipMaps();
     }
-    MShader* shader = MShaderList::instance()->shader(params->shaderName);
+    MShader* shader = MShaderList::instance()->shaderById(params->shaderName);
     createShaderTextures(shader);
 
     m_vertexBuffer->bind();
@@ -758,7 +758,7 @@ void MPaintEngine::drawTileOnTexture(MTextureTile* tile, int layerIndex, QOpenGL
     QMatrix4x4 matrix;
     if (!beginTilePass(output->textureId(), outer.size(), sourceFactor, destinationFactor, &matrix))
         return;
-    MShader* shader = MShaderList::instance()->shader(programName);
+    MShader* shader = MShaderList::instance()->shaderById(programName);
     createShaderTextures(shader);
     QOpenGLShaderProgram* program = programs->bindWithAttributes(programName, vao);
     if (!program) {

@@ -224,7 +224,7 @@ QOpenGLShaderProgram* MShaderProgramList::program(const QString& name)
         return nullptr;
     if (m_systemPrograms.contains(name))
         return addSystemProgram(name);
-    if (MShader* shader = MShaderList::instance()->shader(name))
+    if (MShader* shader = MShaderList::instance()->shaderById(name))
         return addUserProgram(shader);
     return addSystemProgram(basicName);
 }
@@ -289,7 +289,7 @@ bool MShaderProgramList::buildUserProgram(MShader* shader, QOpenGLShaderProgram*
 
 QOpenGLShaderProgram* MShaderProgramList::rebuildUserProgram(const QString& name)
 {
-    MShader* shader = MShaderList::instance()->shader(name);
+    MShader* shader = MShaderList::instance()->shaderById(name);
     if (!shader)
         return nullptr;
     removeProgram(shader);

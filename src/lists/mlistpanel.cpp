@@ -1,9 +1,15 @@
 #include "lists/mlistpanel.h"
 
 #include "lists/mlistpaneldelegate.h"
+#include "lists/mparamlist.h"
 #include "lists/mtablemodel.h"
 
+#include <QApplication>
+#include <QDrag>
+#include <QDropEvent>
+#include <QFileInfo>
 #include <QKeyEvent>
+#include <QMimeData>
 #include <QMouseEvent>
 #include <QPainter>
 #include <QWheelEvent>
@@ -14,6 +20,7 @@ MListPanel::MListPanel(QWidget* parent) : QWidget(parent)
 {
     setFocusPolicy(Qt::StrongFocus);
     setMinimumWidth(int(std::ceil(m_cellWidth)));
+    setAcceptDrops(true);
 }
 
 int MListPanel::rowCount() const
@@ -36,6 +43,30 @@ int MListPanel::rowAt(int y) const
         return -1;
     const int row = int(position);
     return row < rowCount() ? row : -1;
+}
+
+int MListPanel::dropRowAt(int y) const
+{
+    if (pitch() <= 0.0)
+        return rowCount();
+    const double position = (double(m_firstY) + y) / pitch();
+    return qBound(0, int(std::floor(position + 0.5)), rowCount());
+}
+
+QStringList MListPanel::importableFiles(const QMimeData* mime) const
+{
+    const auto* list = qobject_cast<const MParamList*>(m_model.data());
+    QStringList files;
+    if (!list || !mime || !mime->hasUrls())
+        return files;
+    const QList<QUrl> urls = mime->urls();
+    for (const QUrl& url : urls) {
+        const QFileInfo info(url.toLocalFile());
+        if (url.isLocalFile() && info.isFile() &&
+            info.suffix().compare(list->extension(), Qt::CaseInsensitive) == 0)
+            files.append(info.absoluteFilePath());
+    }
+    return files;
 }
 
 QRectF MListPanel::rowRect(int row) const
@@ -124,8 +155,76 @@ bool MListPanel::selectAt(int y)
 
 void MListPanel::mousePressEvent(QMouseEvent* event)
 {
-    if (selectAt(event->pos().y()))
-        Q_EMIT click();
+    m_pressRow = -1;
+    if (!selectAt(event->pos().y()))
+        return;
+    if (event->button() == Qt::LeftButton) {
+        m_pressRow = m_model->currentRow();
+        m_pressPosition = event->pos();
+    }
+    Q_EMIT click();
+}
+
+void MListPanel::mouseMoveEvent(QMouseEvent* event)
+{
+    if (!(event->buttons() & Qt::LeftButton) || m_pressRow < 0 || !m_model ||
+        (event->pos() - m_pressPosition).manhattanLength() < QApplication::startDragDistance())
+        return;
+    QMimeData* mime = m_model->mimeData({m_model->index(m_pressRow, 0)});
+    m_pressRow = -1;
+    if (!mime)
+        return;
+    auto* drag = new QDrag(this);
+    drag->setMimeData(mime);
+    drag->exec(Qt::MoveAction);
+}
+
+bool MListPanel::acceptsDrop(const QMimeData* mime) const
+{
+    return m_model && (m_model->canDropMimeData(mime, Qt::MoveAction, -1, 0, QModelIndex()) ||
+                       !importableFiles(mime).isEmpty());
+}
+
+void MListPanel::dragEnterEvent(QDragEnterEvent* event)
+{
+    if (acceptsDrop(event->mimeData()))
+        event->acceptProposedAction();
+    else
+        event->ignore();
+}
+
+void MListPanel::dragMoveEvent(QDragMoveEvent* event)
+{
+    if (acceptsDrop(event->mimeData()))
+        event->acceptProposedAction();
+    else
+        event->ignore();
+}
+
+void MListPanel::dropEvent(QDropEvent* event)
+{
+    if (dropData(event->mimeData(), event->pos().y()))
+        event->acceptProposedAction();
+    else
+        event->ignore();
+}
+
+bool MListPanel::dropData(const QMimeData* mime, int y)
+{
+    if (!acceptsDrop(mime))
+        return false;
+    // Files dropped from outside are imported; a row of this list moves.
+    const QStringList files = importableFiles(mime);
+    bool dropped = false;
+    if (!files.isEmpty()) {
+        auto* list = qobject_cast<MParamList*>(m_model.data());
+        for (const QString& file : files)
+            dropped = list->importFile(file) || dropped;
+    } else {
+        dropped = m_model->dropMimeData(mime, Qt::MoveAction, dropRowAt(y), 0, QModelIndex());
+    }
+    update();
+    return dropped;
 }
 
 void MListPanel::mouseDoubleClickEvent(QMouseEvent* event)

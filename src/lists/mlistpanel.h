@@ -2,9 +2,12 @@
 
 #include <QPointer>
 #include <QRectF>
+#include <QStringList>
 #include <QWidget>
 
-class MListPanelDelegate;
+#include "lists/mlistpaneldelegate.h"
+
+class QMimeData;
 class MTableModel;
 
 // The drawing surface of an MListWidget: the items of a table as a column of
@@ -34,6 +37,14 @@ public:
     QRectF rowRect(int row) const;
     // Scrolls so that the row is the first shown, when it is not wholly visible.
     void ensureRowVisible(int row);
+    // Where a drop at y puts a dragged row: before the row whose upper half
+    // is under y; the row count below the last row.
+    int dropRowAt(int y) const;
+    // Files of the list's kind that a drop of data would import.
+    QStringList importableFiles(const QMimeData* mime) const;
+    // What a drop at y does: files of the list's kind are imported, a row
+    // dragged from the list moves there. False when nothing was taken.
+    bool dropData(const QMimeData* mime, int y);
 
     MTableModel* model() const { return m_model; }
     void setModel(MTableModel* model);
@@ -60,6 +71,10 @@ protected:
     void paintEvent(QPaintEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
     void mouseDoubleClickEvent(QMouseEvent* event) override;
+    void mouseMoveEvent(QMouseEvent* event) override;
+    void dragEnterEvent(QDragEnterEvent* event) override;
+    void dragMoveEvent(QDragMoveEvent* event) override;
+    void dropEvent(QDropEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
     void wheelEvent(QWheelEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
@@ -67,6 +82,7 @@ protected:
 private:
     // Makes the row under y current; false when there is none.
     bool selectAt(int y);
+    bool acceptsDrop(const QMimeData* mime) const;
 
     QPointer<MTableModel> m_model;
     QPointer<MListPanelDelegate> m_delegate;
@@ -74,4 +90,7 @@ private:
     qreal m_cellWidth = 100.0;
     qreal m_cellHeight = 25.0;
     qreal m_gap = 3.0;
+    // Where the left button went down on a row, for the start of a drag.
+    QPoint m_pressPosition;
+    int m_pressRow = -1;
 };

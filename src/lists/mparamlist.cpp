@@ -11,6 +11,7 @@
 #include <QSet>
 
 #include <algorithm>
+#include <memory>
 
 namespace {
 
@@ -61,6 +62,131 @@ QString MParamList::userFileName(const QObject* object) const
                                          m_extension);
 }
 
+QString MParamList::systemFileName(const QObject* object) const
+{
+    return QStringLiteral("%1%2.%3").arg(withSlash(directoryPath(MEnum::SystemPath)),
+                                         itemId(object).toLower(), m_extension);
+}
+
+bool MParamList::readItem(QObject*, const QString&)
+{
+    return false;
+}
+
+bool MParamList::writeItem(QObject*, const QString&)
+{
+    return false;
+}
+
+bool MParamList::saveItem(QObject* object)
+{
+    const QString id = itemId(object);
+    if (id.isEmpty())
+        return false;
+    const QString fileName = userFileName(object);
+    if (!writeItem(object, fileName)) {
+        MLogger::systemError(QStringLiteral("MParamList::saveItem"),
+                             QStringLiteral("Unable to write ") + fileName);
+        return false;
+    }
+    m_userFiles.insert(id, MParamFile(MEnum::UserPath, fileName, id));
+    return true;
+}
+
+bool MParamList::restoreToSystem(QObject* object)
+{
+    const QString fileName = systemFileName(object);
+    if (itemId(object).isEmpty() || !QFileInfo(fileName).isFile() || !readItem(object, fileName)) {
+        MLogger::systemError(QStringLiteral("MParamList::restoreToSystem"),
+                             QStringLiteral("Unable to read ") + fileName);
+        return false;
+    }
+    return saveItem(object);
+}
+
+bool MParamList::copyToSystem(QObject* object)
+{
+    const QString id = itemId(object);
+    const QString fileName = systemFileName(object);
+    if (id.isEmpty() || !writeItem(object, fileName)) {
+        MLogger::systemError(QStringLiteral("MParamList::copyToSystem"),
+                             QStringLiteral("Unable to write ") + fileName);
+        return false;
+    }
+    m_systemFiles.insert(id, MParamFile(MEnum::SystemPath, fileName, id));
+    return true;
+}
+
+bool MParamList::removeFromSystem(QObject* object)
+{
+    const QString id = itemId(object);
+    QFile file(systemFileName(object));
+    if (id.isEmpty() || !file.exists())
+        return false;
+    if (!saveItem(object))
+        return false;
+    if (!file.remove()) {
+        MLogger::systemError(QStringLiteral("MParamList::removeFromSystem"),
+                             file.errorString() + QStringLiteral(": ") + file.fileName());
+        return false;
+    }
+    m_systemFiles.remove(id);
+    return true;
+}
+
+bool MParamList::renameItem(QObject* object, const QString& description)
+{
+    const QString text = description.trimmed();
+    if (indexOf(object) < 0 || text.isEmpty())
+        return false;
+    object->setProperty(descriptionProperty, text);
+    const bool saved = saveItem(object);
+    return writeIndex() && saved;
+}
+
+QObject* MParamList::importFile(const QString& fileName)
+{
+    std::unique_ptr<QObject> object(createItem());
+    // The new item's own id stands in when the file's is missing or taken.
+    const QString freshId = itemId(object.get());
+    if (!readItem(object.get(), fileName)) {
+        MLogger::systemError(QStringLiteral("MParamList::importFile"),
+                             QStringLiteral("Unable to import ") + fileName);
+        return nullptr;
+    }
+    const QString id = itemId(object.get());
+    if (id.isEmpty() || itemById(id) || m_userFiles.contains(id))
+        object->setProperty(idPropertyName().constData(), freshId);
+    if (!saveItem(object.get()))
+        return nullptr;
+    QObject* added = object.release();
+    addItem(added);
+    return added;
+}
+
+void MParamList::loadItems(const QStringList& order, const QHash<QString, MParamFile>& files,
+                           const QString& source, const QString& what)
+{
+    beginResetModel();
+    clearRaw();
+    for (const QString& id : order) {
+        const auto record = files.constFind(id);
+        if (record == files.constEnd())
+            continue;
+        std::unique_ptr<QObject> object(createItem());
+        object->setParent(nullptr);
+        object->setProperty(idPropertyName().constData(), record->id);
+        if (!readItem(object.get(), record->fileName)) {
+            MLogger::systemError(source, QStringLiteral("Unable to load %1 %2").arg(what, record->fileName));
+            continue;
+        }
+        if (itemId(object.get()) != record->id)
+            object->setProperty(idPropertyName().constData(), record->id);
+        appendRaw(object.release());
+    }
+    endResetModel();
+}
+
 int MParamList::addItem(QObject* object)
 {
     const int row = MTableModel::addItem(object);
@@ -103,6 +229,22 @@ bool MParamList::removeRow(int row)
     sortByIndex();
     writeIndex();
     return removed;
+}
+
+bool MParamList::moveItem(int from, int to)
+{
+    if (!MTableModel::moveItem(from, to))
+        return false;
+    QStringList ids;
+    const QList<QObject*> present = items();
+    for (const QObject* object : present)
+        ids.append(itemId(object));
+    // Ids of the order without an item keep their place at the end.
+    for (const QString& id : qAsConst(m_order)) {
+        if (!ids.contains(id))
+            ids.append(id);
+    }
+    return setOrder(ids);
 }
 
 bool MParamList::setOrder(const QStringList& ids)

@@ -40,15 +40,41 @@ public:
     QString indexFileName(MEnum::PathType pathType) const;
     // Where the item is saved: the user directory, the lower-cased id and the extension.
     QString userFileName(const QObject* object) const;
+    // The same in the system directory.
+    QString systemFileName(const QObject* object) const;
 
     // Appends the item as the table does, then adds its id to the order.
     int addItem(QObject* object) override;
     // Drops the id from the order and deletes the user file of the item; a
     // system file is never touched.
     bool removeRow(int row) override;
+    // Moves as the table does, then makes the new sequence the order.
+    bool moveItem(int from, int to) override;
 
     // A new item of the list's class, not yet in the list.
     virtual QObject* createItem() = 0;
+    // One item's file in the list's format; false when the list has no file
+    // format or the file can't be read or written.
+    virtual bool readItem(QObject* object, const QString& fileName);
+    virtual bool writeItem(QObject* object, const QString& fileName);
+
+    // Operations on items of the list, each false (or null) and logged when a
+    // file can't be read or written.
+    // Writes the item's user file.
+    bool saveItem(QObject* object);
+    // Reads the system file into the item and writes it at once as the user's.
+    bool restoreToSystem(QObject* object);
+    // Writes the item into the system directory, where the shipped items are.
+    bool copyToSystem(QObject* object);
+    // Deletes the item's system file. The item is first written as the
+    // user's, so that it stays in the list.
+    bool removeFromSystem(QObject* object);
+    // Gives the item a new description, saves it and rewrites the index.
+    bool renameItem(QObject* object, const QString& description);
+    // Reads a file from anywhere into a new item, saves it as the user's and
+    // appends it. An id that is already taken is replaced by a new one, so an
+    // import never overwrites an item.
+    QObject* importFile(const QString& fileName);
 
     // Adopts a new order (trimmed, upper-cased, each id once), sorts the items
     // by it and writes the index.
@@ -69,6 +95,13 @@ protected:
     // Fills the model from the files: order holds the ids to show, files the
     // record of every id found, the user's where both exist.
     virtual void loadFromFiles(const QStringList& order, const QHash<QString, MParamFile>& files) = 0;
+    // The loader the lists share, within a model reset: an item per id of the
+    // order that has a file, read through readItem; a file that can't be read
+    // is logged from source as "Unable to load <what> <file>" and dropped. The
+    // file's name gives the item's id, whatever the file says, so that order,
+    // index and files agree.
+    void loadItems(const QStringList& order, const QHash<QString, MParamFile>& files, const QString& source,
+                   const QString& what);
     // Scans both directories, settles the order and calls loadFromFiles.
     void load();
     void scanDirectory(MEnum::PathType pathType, QHash<QString, MParamFile>& files, bool clearFirst,

@@ -113,6 +113,52 @@ Qt::ItemFlags MTableModel::flags(const QModelIndex& index) const
     return result;
 }
 
+Qt::DropActions MTableModel::supportedDropActions() const
+{
+    return Qt::MoveAction;
+}
+
+namespace {
+
+// The row a drag of this kind of list carries, -1 when it carries none.
+int draggedRow(const QMimeData* data, const QString& mimeType, int rows)
+{
+    if (!data || !data->hasFormat(mimeType))
+        return -1;
+    bool ok = false;
+    const int row = data->data(mimeType).toInt(&ok);
+    return ok && row >= 0 && row < rows ? row : -1;
+}
+
+} // namespace
+
+bool MTableModel::canDropMimeData(const QMimeData* data, Qt::DropAction action, int, int,
+                                  const QModelIndex&) const
+{
+    return action == Qt::MoveAction && draggedRow(data, m_mimeType, m_items.size()) >= 0;
+}
+
+bool MTableModel::dropMimeData(const QMimeData* data, Qt::DropAction action, int row, int,
+                               const QModelIndex& parent)
+{
+    if (!canDropMimeData(data, action, row, 0, parent))
+        return false;
+    int target = row >= 0 ? row : parent.isValid() ? parent.row() : m_items.size();
+    return moveItem(draggedRow(data, m_mimeType, m_items.size()), target);
+}
+
+bool MTableModel::moveItem(int from, int to)
+{
+    if (from < 0 || from >= m_items.size() || to < 0 || to > m_items.size())
+        return false;
+    if (to == from || to == from + 1)
+        return true;
+    QList<QObject*> moved = m_items;
+    QObject* object = moved.takeAt(from);
+    moved.insert(to > from ? to - 1 : to, object);
+    return reorderItems(moved);
+}
+
 QHash<int, QByteArray> MTableModel::roleNames() const
 {
     QHash<int, QByteArray> names = QAbstractTableModel::roleNames();

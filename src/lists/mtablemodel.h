@@ -46,6 +46,13 @@ public:
     QHash<int, QByteArray> roleNames() const override;
     QStringList mimeTypes() const override;
     QMimeData* mimeData(const QModelIndexList& indexes) const override;
+    Qt::DropActions supportedDropActions() const override;
+    bool canDropMimeData(const QMimeData* data, Qt::DropAction action, int row, int column,
+                         const QModelIndex& parent) const override;
+    // A row dragged from this list lands before row (or parent's row; at the
+    // end when both are -1).
+    bool dropMimeData(const QMimeData* data, Qt::DropAction action, int row, int column,
+                      const QModelIndex& parent) override;
 
     int currentRow() const { return m_currentRow; }
     // The current row before the last change of it.
@@ -76,6 +83,9 @@ public:
     int insertItem(int row, QObject* object);
     // Deletes the item of that row; false for a bad row.
     virtual bool removeRow(int row);
+    // Moves the item of row from so that it stands before the item now at row
+    // to (at the end for the row count); the current item stays current.
+    virtual bool moveItem(int from, int to);
     // Deletes every item; the current row stays as it was.
     void clear();
     // Appends without selection or model signal, for loaders inside a model reset.

@@ -63,7 +63,7 @@ DLayerEdit::DLayerEdit(MCanvas* canvas, int layerIndex, QWidget* parent)
 
     m_effectPanel->hide();
     MTextureLayer* layer = canvas ? canvas->at(layerIndex) : nullptr;
-    MShader* shader = layer ? MShaderList::instance()->shader(layer->shaderId()) : nullptr;
+    MShader* shader = layer ? MShaderList::instance()->shaderById(layer->shaderId()) : nullptr;
     if (shader) {
         // The declaration compiler reports errors, the texture limit included,
         // in the "-- line L col C: message" form.

@@ -69,7 +69,7 @@ private:
 void TestEffectDialogs::cleanup()
 {
     while (MShaderList::instance()->count() > 0)
-        MShaderList::instance()->removeShader(MShaderList::instance()->at(0)->id());
+        MShaderList::instance()->removeShader(MShaderList::instance()->shaderAt(0)->id());
 }
 
 std::vector<std::unique_ptr<MTexture>> TestEffectDialogs::parse(const QString& text, QStringList* errors)

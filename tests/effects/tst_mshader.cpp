@@ -185,7 +185,7 @@ void TestShader::shaderObjectsFollowTheirEffect()
     effect->setSource(QStringLiteral("@params\nfloat strength = 0.5; bool invert = true; color tint = rgb(10, 20, 30);"));
     const QString id = effect->id();
     MShader* registered = MShaderList::instance()->addShader(std::move(effect));
-    QCOMPARE(MShaderList::instance()->shader(QStringLiteral("  ") + id.toLower()), registered);
+    QCOMPARE(MShaderList::instance()->shaderById(QStringLiteral("  ") + id.toLower()), registered);
 
     MShaderObject object;
     object.set_isShaderActive(false);
@@ -232,7 +232,7 @@ void TestShader::shaderObjectsFollowTheirEffect()
     values.setValue("a", 2);
     QCOMPARE(changed.count(), 2);
     MShaderList::instance()->removeShader(id);
-    QVERIFY(!MShaderList::instance()->shader(id));
+    QVERIFY(!MShaderList::instance()->shaderById(id));
 }
 
 void TestShader::assembledEffectsCompileAndTakeUniforms()

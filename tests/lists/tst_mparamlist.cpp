@@ -5,6 +5,8 @@
 #include "lists/dsortlist.h"
 #include "lists/mparamlist.h"
 
+#include "lists/mlistpanel.h"
+
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QListWidget>
@@ -81,7 +83,21 @@ public:
     {
         return pathType == MEnum::SystemPath ? m_systemDir : m_userDir;
     }
-    QObject* createItem() override { return new TestItem; }
+    QObject* createItem() override
+    {
+        return new TestItem(QStringLiteral("NEW-%1").arg(++m_created), QString(), QStringLiteral("new"));
+    }
+    bool readItem(QObject* object, const QString& fileName) override
+    {
+        return static_cast<TestItem*>(object)->read(fileName);
+    }
+    bool writeItem(QObject* object, const QString& fileName) override
+    {
+        QFile file(fileName);
+        const QByteArray content =
+            TestItem::json(object->property("group").toString(), object->property("description").toString());
+        return file.open(QIODevice::WriteOnly | QIODevice::Truncate) && file.write(content) == content.size();
+    }
 
     int loads = 0;
 
@@ -112,6 +128,7 @@ protected:
 private:
     QString m_systemDir;
     QString m_userDir;
+    int m_created = 0;
 };
 
 // A list that keeps the program's own directories.
@@ -204,6 +221,8 @@ private Q_SLOTS:
     void nameComparers();
     void sortDialog();
     void indexMutations();
+    void itemOperations();
+    void dragAndDrop();
 };
 
 void TestMParamList::initTestCase()
@@ -640,3 +659,115 @@ void TestMParamList::indexMutations()
 
 QUILLMERE_TEST_MAIN(TestMParamList)
 #include "tst_mparamlist.moc"
+
+void TestMParamList::itemOperations()
+{
+    Folders folders;
+    writeStandardFiles(folders);
+    TestList list(folders.system(), folders.user());
+    QObject* a = list.itemById(QStringLiteral("A"));
+
+    // Rename writes the user file and the index line.
+    QVERIFY(list.renameItem(a, QStringLiteral("  renamed  ")));
+    QCOMPARE(readFile(folders.user() + QStringLiteral("a.qtl")),
+             TestItem::json(QStringLiteral("pens"), QStringLiteral("renamed")));
+    QVERIFY(readFile(userIndex(folders)).contains("A # pens/renamed\n"));
+    QVERIFY(!list.renameItem(a, QStringLiteral("   ")));
+
+    // Restore reads the system file back over the edit and writes it as the user's.
+    QVERIFY(list.restoreToSystem(a));
+    QCOMPARE(a->property("description").toString(), QStringLiteral("a pen"));
+    QCOMPARE(readFile(folders.user() + QStringLiteral("a.qtl")),
+             readFile(folders.system() + QStringLiteral("a.qtl")));
+    TestItem stray(QStringLiteral("NOPE"));
+    QVERIFY(!list.restoreToSystem(&stray));
+
+    // Copy to and removal from the system directory; removal keeps the item as the user's.
+    QObject* c = list.itemById(QStringLiteral("C"));
+    c->setProperty("description", QStringLiteral("edited c"));
+    QVERIFY(list.copyToSystem(c));
+    QCOMPARE(readFile(folders.system() + QStringLiteral("c.qtl")),
+             TestItem::json(QString(), QStringLiteral("edited c")));
+    QVERIFY(list.removeFromSystem(c));
+    QVERIFY(!QFile::exists(folders.system() + QStringLiteral("c.qtl")));
+    QCOMPARE(readFile(folders.user() + QStringLiteral("c.qtl")),
+             TestItem::json(QString(), QStringLiteral("edited c")));
+    QCOMPARE(list.fileRecord(QStringLiteral("C"))->pathType, MEnum::UserPath);
+    QVERIFY(!list.removeFromSystem(c));
+
+    // Import: a free id is kept, a taken one replaced; a bad file adds nothing.
+    QTemporaryDir outside;
+    const QString free = outside.path() + QStringLiteral("/zed.qtl");
+    QVERIFY(writeFile(free, TestItem::json(QStringLiteral("g"), QStringLiteral("from outside"))));
+    QObject* imported = list.importFile(free);
+    QVERIFY(imported);
+    const QString importedId = imported->property("id").toString();
+    QVERIFY(importedId.startsWith(QStringLiteral("NEW-")));
+    QCOMPARE(list.currentItem(), imported);
+    QCOMPARE(readFile(list.userFileName(imported)),
+             TestItem::json(QStringLiteral("g"), QStringLiteral("from outside")));
+    QVERIFY(list.order().contains(importedId));
+    QObject* again = list.importFile(free);
+    QVERIFY(again && again->property("id").toString() != importedId);
+    const int rows = list.count();
+    QVERIFY(writeFile(free, "not json"));
+    QuillmereTest::LogWatch log;
+    QVERIFY(!list.importFile(free));
+    QCOMPARE(list.count(), rows);
+    QVERIFY(log.added().contains(QStringLiteral("MParamList::importFile: System error: Unable to import ") +
+                                 free));
+}
+
+void TestMParamList::dragAndDrop()
+{
+    Folders folders;
+    writeStandardFiles(folders);
+    TestList list(folders.system(), folders.user());
+    QCOMPARE(ids(list), QStringList({"B", "A", "C", "D", "E"}));
+    list.setCurrentRow(1);
+
+    // A row carried by the list's own mime type moves; the order and index follow.
+    std::unique_ptr<QMimeData> drag(list.mimeData({list.index(1, 0)}));
+    QVERIFY(drag && drag->hasFormat(QStringLiteral("application/vnd.tarnbeck")));
+    QVERIFY(list.dropMimeData(drag.get(), Qt::MoveAction, 4, 0, QModelIndex()));
+    QCOMPARE(ids(list), QStringList({"B", "C", "D", "A", "E"}));
+    QCOMPARE(list.currentRow(), 3);
+    QCOMPARE(list.order(), ids(list));
+    QVERIFY(
+        readFile(userIndex(folders)).startsWith("B # mine/user b\nC # c plain\nD # inks/\nA # pens/a pen\n"));
+    std::unique_ptr<QMimeData> last(list.mimeData({list.index(0, 0)}));
+    QVERIFY(list.dropMimeData(last.get(), Qt::MoveAction, -1, 0, QModelIndex()));
+    QCOMPARE(ids(list), QStringList({"C", "D", "A", "E", "B"}));
+
+    // Foreign or damaged drags are refused and change nothing.
+    QMimeData foreign;
+    foreign.setData(QStringLiteral("application/vnd.tarnbeck.shader"), "0");
+    QVERIFY(!list.dropMimeData(&foreign, Qt::MoveAction, 2, 0, QModelIndex()));
+    QMimeData outOfRange;
+    outOfRange.setData(list.mimeType(), "99");
+    QVERIFY(!list.canDropMimeData(&outOfRange, Qt::MoveAction, 0, 0, QModelIndex()));
+    QCOMPARE(ids(list), QStringList({"C", "D", "A", "E", "B"}));
+
+    // The panel: drop positions, and files of the list's kind dropped from outside are imported.
+    MListPanel panel;
+    panel.setModel(&list);
+    panel.setCellSize(100, 25);
+    panel.resize(100, 400);
+    QCOMPARE(panel.dropRowAt(0), 0);
+    QCOMPARE(panel.dropRowAt(20), 1);
+    QCOMPARE(panel.dropRowAt(390), list.count());
+    QTemporaryDir outside;
+    const QString file = outside.path() + QStringLiteral("/dropped.qtl");
+    QVERIFY(writeFile(file, TestItem::json(QStringLiteral("g"), QStringLiteral("dropped"))));
+    QVERIFY(writeFile(outside.path() + QStringLiteral("/other.txt"), "x"));
+    QMimeData files;
+    files.setUrls(
+        {QUrl::fromLocalFile(file), QUrl::fromLocalFile(outside.path() + QStringLiteral("/other.txt"))});
+    QCOMPARE(panel.importableFiles(&files), QStringList({file}));
+    QVERIFY(panel.dropData(&files, 10));
+    QCOMPARE(list.count(), 6);
+    QCOMPARE(list.currentItem()->property("description").toString(), QStringLiteral("dropped"));
+    std::unique_ptr<QMimeData> row(list.mimeData({list.index(5, 0)}));
+    QVERIFY(panel.dropData(row.get(), 0));
+    QCOMPARE(list.item(0), list.currentItem());
+}
