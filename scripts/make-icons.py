@@ -3,7 +3,8 @@
 PNG renders and the forbidden cursor, and lists the icons in resources/resources.qrc.
 
     scripts/make-icons.py            # SVGs and the resource list
-    scripts/make-icons.py --renders  # also the logo PNGs (rsvg-convert) and, if missing, the cursor
+    scripts/make-icons.py --renders  # also the logo PNGs and small .ico icons (rsvg-convert, convert) and,
+                                     # if missing, the cursor
 
 Every icon is drawn on a 24 by 24 grid from the glyphs below: rounded dark grey
 strokes, one blue accent, red only on the badges of deleting actions. Each
@@ -19,6 +20,7 @@ import re
 import shutil
 import subprocess
 import sys
+import tempfile
 
 ROOT = os.path.dirname(os.path.dirname(os.path.abspath(__file__)))
 ICONS = os.path.join(ROOT, "resources", "icons")
@@ -865,6 +867,16 @@ DOCKS = {
 }
 
 
+# Small icons of lists and dialogs, kept as .ico files of 16 and 32 pixels
+# beside the hand-made check and plus; the name is the path under icons/.
+SMALL_ICONS = {
+    "tools/eraser-tool": _eraser,
+    "show-fx": sparkles,
+    "texture": texture,
+    "image": picture,
+}
+
+
 # ---------------------------------------------------------------------------
 # Output.
 
@@ -918,12 +930,36 @@ def write_icons():
     return written
 
 
+def small_icon_files():
+    return [f"icons/{name}.ico" for name in SMALL_ICONS]
+
+
+def render_small_icons():
+    """Each small icon through rsvg-convert at 32 and 16 pixels, joined into one .ico by convert."""
+    convert = "/usr/bin/convert" if os.path.exists("/usr/bin/convert") else shutil.which("convert")
+    with tempfile.TemporaryDirectory() as tmp:
+        drawing = os.path.join(tmp, "icon.svg")
+        for name, draw in SMALL_ICONS.items():
+            with open(drawing, "w", encoding="utf-8") as out:
+                out.write(svg(draw()))
+            renders = []
+            for size in (32, 16):
+                render = os.path.join(tmp, f"icon-{size}.png")
+                subprocess.run(["rsvg-convert", "-w", str(size), "-h", str(size), "-o", render, drawing], check=True)
+                renders.append(render)
+            target = os.path.join(ICONS, name + ".ico")
+            os.makedirs(os.path.dirname(target), exist_ok=True)
+            subprocess.run([convert, *renders, target], check=True)
+
+
 def update_qrc(icon_files):
     """Puts the drawn icons in the resource list, keeping every other entry."""
     qrc = os.path.join(ROOT, "resources", "resources.qrc")
     with open(qrc, encoding="utf-8") as f:
         text = f.read()
-    kept = [l for l in text.splitlines() if not re.search(r"<file>icons/(actions|docks)/", l)]
+    small = {f"<file>{name}</file>" for name in small_icon_files()}
+    kept = [l for l in text.splitlines()
+            if not re.search(r"<file>icons/(actions|docks)/", l) and l.strip() not in small]
     close = max(i for i, l in enumerate(kept) if "</qresource>" in l)
     indent = re.match(r"\s*", next(l for l in kept if "<file>" in l)).group(0) if any("<file>" in l for l in kept) \
         else "    "
@@ -961,10 +997,11 @@ def render_cursor():
 
 def main():
     files = write_icons()
-    update_qrc(files)
+    update_qrc(files + small_icon_files())
     if "--renders" in sys.argv[1:]:
         render_logo()
         render_cursor()
+        render_small_icons()
     print(f"{len(files)} icons written")
 
 

@@ -6,10 +6,17 @@
 #include "app/mrecentfiles.h"
 #include "app/msettings.h"
 #include "app/mutility.h"
+#include "brush/mbrush.h"
+#include "brush/mbrushlist.h"
+#include "brush/mbrushlistwidget.h"
 #include "document/mcanvas.h"
 #include "document/mtexturelayer.h"
+#include "effects/mshader.h"
+#include "effects/mshaderlist.h"
 #include "gpu/mtransform.h"
 #include "gpu/mwidget.h"
+#include "panels/mbrushsettingswidget.h"
+#include "panels/mshaderwidget.h"
 
 #include <QAction>
 #include <QApplication>
@@ -21,6 +28,7 @@
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QImage>
+#include <QInputDialog>
 #include <QLabel>
 #include <QMenu>
 #include <QMimeData>
@@ -51,6 +59,7 @@ MMainWindow::MMainWindow(QWidget* parent) : QMainWindow(parent), m_form(std::mak
     m_form->setupUi(this);
     m_form->action(QStringLiteral("actionFullScreen"))->setShortcut(QKeySequence(QStringLiteral("F12")));
     m_form->setDockContent(QStringLiteral("undoDockWidget"), m_undoView);
+    makeResourcePanels();
 
     m_recentFiles =
         new MRecentFiles(m_form->menu(QStringLiteral("menuRecentFiles")), recentFilesMaximum, this);
@@ -69,6 +78,8 @@ MMainWindow::MMainWindow(QWidget* parent) : QMainWindow(parent), m_form(std::mak
     makeConnections();
     QMetaObject::connectSlotsByName(this);
     enableWiredActions();
+    validateBrushActions();
+    validateShaderActions();
     MSettings::instance()->loadShortcuts(this);
     // The layout the form makes, for "Restore default layout".
     m_defaultLayout = QMainWindow::saveState();
@@ -419,12 +430,39 @@ void MMainWindow::applicationReboot()
 
 void MMainWindow::validateBrushActions()
 {
-    // The brush list and its commands come with the brush panels.
+    const MBrushList* list = MBrushList::instance();
+    const MBrush* brush = list->currentBrush();
+    const bool system = brush && brush->exists();
+    const auto enable = [this](const char* name, bool on) {
+        m_form->action(QString::fromLatin1(name))->setEnabled(on);
+    };
+    for (const char* name : {"actionDuplicate_brush", "actionRename_brush", "actionEdit_brush_settings",
+                             "actionCopy_brush_to_system_directory"})
+        enable(name, brush != nullptr);
+    // The list keeps at least one brush.
+    enable("actionDelete_brush", brush && list->count() > 1);
+    enable("actionRestore_brush", system);
+    enable("actionRemove_brush_from_system_directory", system);
+    enable("actionSet_brush_engine", brush && panelShader(MShader::BrushShader));
+    enable("actionReset_brush_engine", brush && !brush->shaderId().isEmpty());
+    validateShaderActions();
 }
 
 void MMainWindow::validateShaderActions()
 {
-    // The effect commands come with the effect panels.
+    const bool effect = panelShader(MShader::EffectShader) != nullptr;
+    const bool engine = panelShader(MShader::BrushShader) != nullptr;
+    const MTextureLayer* layer = canvas() ? canvas()->current() : nullptr;
+    for (const char* name : {"actionRemoveShader", "actionDuplicateShader", "actionRename_effect"})
+        m_form->action(QString::fromLatin1(name))->setEnabled(effect);
+    m_form->action(QStringLiteral("actionPreviewShader"))->setEnabled(effect && layer);
+    for (const char* name :
+         {"actionDuplicate_brush_engine", "actionDelete_brush_engine", "actionRename_brush_engine"})
+        m_form->action(QString::fromLatin1(name))->setEnabled(engine);
+    const bool layerEffect = layer && !layer->shaderId().isEmpty();
+    m_form->action(QStringLiteral("actionRasterizeShader"))
+        ->setEnabled(layerEffect && layer->isShaderActive());
+    m_form->action(QStringLiteral("actionEdit_layer_effect_settings"))->setEnabled(layerEffect);
 }
 
 void MMainWindow::validateClipboardActions()
@@ -746,4 +784,277 @@ void MMainWindow::on_actionAbout_Quillmere_triggered()
                           "pixel lives on the graphics card and brushes and effects are programs you can "
                           "write.</p>")
                            .arg(QCoreApplication::applicationVersion()));
+}
+
+void MMainWindow::makeResourcePanels()
+{
+    m_shaderWidget = new MShaderWidget;
+    m_shaderWidget->setObjectName(QStringLiteral("shaderWidget"));
+    m_shaderWidget->setContextActions({m_form->action(QStringLiteral("actionPreviewShader")),
+                                       m_form->action(QStringLiteral("actionDuplicateShader")),
+                                       m_form->action(QStringLiteral("actionRename_effect")),
+                                       m_form->action(QStringLiteral("actionRemoveShader")),
+                                       m_form->action(QStringLiteral("actionImport_effect")),
+                                       m_form->action(QStringLiteral("actionSet_brush_engine"))});
+    m_form->setDockContent(QStringLiteral("shaderDockWidget"), m_shaderWidget);
+    connect(m_shaderWidget, &MShaderWidget::effectActivated, this, &MMainWindow::setLayerEffect);
+    connect(m_shaderWidget, &MShaderWidget::engineActivated, this, &MMainWindow::setBrushEngine);
+
+    m_brushWidget = new MBrushListWidget;
+    m_brushWidget->setObjectName(QStringLiteral("brushWidget"));
+    m_brushWidget->setExtraActions(m_form->action(QStringLiteral("actionDuplicate_brush")),
+                                   m_form->action(QStringLiteral("actionDelete_brush")));
+    m_form->setDockContent(QStringLiteral("brushDockWidget"), m_brushWidget);
+
+    m_brushSettingsWidget = new MBrushSettingsWidget;
+    m_brushSettingsWidget->setObjectName(QStringLiteral("brushSettingsWidget"));
+    m_form->setDockContent(QStringLiteral("brushSettingsDockWidget"), m_brushSettingsWidget);
+
+    connect(MBrushList::instance(), &MBrushList::currentRowChanged, this, &MMainWindow::validateBrushActions);
+    connect(MShaderList::instance(), &MShaderList::currentRowChanged, this,
+            &MMainWindow::validateShaderActions);
+}
+
+bool MMainWindow::askQuestion(const QString& title, const QString& text)
+{
+    return QMessageBox::question(this, title, text, QMessageBox::Yes | QMessageBox::No, QMessageBox::No) ==
+           QMessageBox::Yes;
+}
+
+QString MMainWindow::askText(const QString& title, const QString& label, const QString& text)
+{
+    bool ok = false;
+    const QString answer = QInputDialog::getText(this, title, label, QLineEdit::Normal, text, &ok).trimmed();
+    return ok && !answer.isEmpty() ? answer : QString();
+}
+
+QString MMainWindow::askOpenFileName(const QString& title, const QString& filter)
+{
+    const QString fileName =
+        QFileDialog::getOpenFileName(this, title, MSettings::instance()->lastFilesDir(), filter);
+    if (!fileName.isEmpty())
+        MSettings::instance()->set_lastFilesDir(QFileInfo(fileName).absolutePath());
+    return fileName;
+}
+
+MShader* MMainWindow::panelShader(int type) const
+{
+    MShader* shader = m_shaderWidget ? m_shaderWidget->currentShader() : nullptr;
+    return shader && shader->type() == type ? shader : nullptr;
+}
+
+void MMainWindow::on_actionNew_brush_triggered()
+{
+    const MBrush* current = MBrushList::instance()->currentBrush();
+    const QString description = askText(tr("New brush"), tr("Description:"), tr("new brush"));
+    if (description.isEmpty())
+        return;
+    if (!MBrushList::instance()->addBrush(current ? current->group() : QString(), description))
+        showError(tr("Brush"), tr("An error occured while saving the file."), true);
+}
+
+void MMainWindow::on_actionDelete_brush_triggered()
+{
+    MBrushList* list = MBrushList::instance();
+    const MBrush* brush = list->currentBrush();
+    if (!brush || list->count() < 2 ||
+        !askQuestion(tr("Delete brush"),
+                     tr("Do you want to delete the brush \"%1\"?").arg(brush->description())))
+        return;
+    list->removeRow(list->currentRow());
+}
+
+void MMainWindow::on_actionDuplicate_brush_triggered()
+{
+    MBrushList* list = MBrushList::instance();
+    const MBrush* brush = list->currentBrush();
+    if (!brush)
+        return;
+    const QString description =
+        askText(tr("Duplicate brush"), tr("Description:"), tr("%1 copy").arg(brush->description()));
+    if (!description.isEmpty() && !list->duplicateBrush(brush, brush->group(), description))
+        showError(tr("Brush"), tr("An error occured while saving the file."), true);
+}
+
+void MMainWindow::on_actionRename_brush_triggered()
+{
+    MBrushList* list = MBrushList::instance();
+    MBrush* brush = list->currentBrush();
+    if (!brush)
+        return;
+    const QString description = askText(tr("Rename brush"), tr("Description:"), brush->description());
+    if (!description.isEmpty() && !list->renameItem(brush, description))
+        showError(tr("Brush"), tr("An error occured while saving the file."), true);
+}
+
+void MMainWindow::on_actionEdit_brush_settings_triggered()
+{
+    m_brushWidget->editSettings();
+    m_brushSettingsWidget->showCurrentBrush();
+}
+
+void MMainWindow::on_actionImport_brush_file_triggered()
+{
+    const QString fileName = askOpenFileName(tr("Import brush file"), tr("Brush files (*.qmb)"));
+    if (!fileName.isEmpty() && !MBrushList::instance()->importFile(fileName))
+        showError(tr("Import brush file"), tr("Unable to import the brush file %1.").arg(fileName), true);
+}
+
+void MMainWindow::on_actionRestore_brush_triggered()
+{
+    MBrushList* list = MBrushList::instance();
+    MBrush* brush = list->currentBrush();
+    if (!brush || !brush->exists() ||
+        !askQuestion(tr("Restore brush to system default"),
+                     tr("Do you want to replace the brush \"%1\" by the one installed with the program?")
+                         .arg(brush->description())))
+        return;
+    if (!list->restoreToSystem(brush))
+        showError(tr("Brush"), tr("An error occured while loading the file."), true);
+    m_brushSettingsWidget->showCurrentBrush();
+}
+
+void MMainWindow::on_actionCopy_brush_to_system_directory_triggered()
+{
+    MBrushList* list = MBrushList::instance();
+    MBrush* brush = list->currentBrush();
+    if (brush && !list->copyToSystem(brush))
+        showError(tr("Brush"), tr("Cannot write %1.").arg(list->systemFileName(brush)), true);
+    validateBrushActions();
+}
+
+void MMainWindow::on_actionRemove_brush_from_system_directory_triggered()
+{
+    MBrushList* list = MBrushList::instance();
+    MBrush* brush = list->currentBrush();
+    if (!brush ||
+        !askQuestion(tr("Remove brush from system directory"),
+                     tr("Do you want to remove the brush \"%1\" from the system directory? It stays "
+                        "yours in the user directory.")
+                         .arg(brush->description())))
+        return;
+    if (!list->removeFromSystem(brush))
+        showError(tr("Brush"), tr("Cannot remove %1.").arg(list->systemFileName(brush)), true);
+    validateBrushActions();
+}
+
+void MMainWindow::setBrushEngine(const QString& id)
+{
+    MBrush* brush = MBrushList::instance()->currentBrush();
+    if (!brush)
+        return;
+    brush->set_shaderId(id);
+    brush->refreshPreview();
+    validateBrushActions();
+}
+
+void MMainWindow::on_actionSet_brush_engine_triggered()
+{
+    if (const MShader* engine = panelShader(MShader::BrushShader))
+        setBrushEngine(engine->id());
+}
+
+void MMainWindow::on_actionReset_brush_engine_triggered()
+{
+    setBrushEngine(QString());
+}
+
+void MMainWindow::duplicateShader(int type)
+{
+    const MShader* shader = panelShader(type);
+    if (!shader)
+        return;
+    const QString description =
+        askText(type == MShader::BrushShader ? tr("Duplicate brush engine") : tr("Duplicate effect"),
+                tr("Description:"), tr("%1 copy").arg(shader->description()));
+    if (!description.isEmpty() && !MShaderList::instance()->duplicateShader(shader, description))
+        showError(tr("Effect"), tr("An error occured while saving the file."), true);
+}
+
+void MMainWindow::deleteShader(int type)
+{
+    MShaderList* list = MShaderList::instance();
+    const MShader* shader = panelShader(type);
+    if (!shader ||
+        !askQuestion(type == MShader::BrushShader ? tr("Delete brush engine") : tr("Delete effect"),
+                     tr("Do you want to delete \"%1\"?").arg(shader->description())))
+        return;
+    list->removeRow(list->indexOf(shader));
+}
+
+void MMainWindow::renameShader(int type)
+{
+    MShader* shader = panelShader(type);
+    if (!shader)
+        return;
+    const QString description =
+        askText(type == MShader::BrushShader ? tr("Rename brush engine") : tr("Rename effect"),
+                tr("Description:"), shader->description());
+    if (!description.isEmpty() && !MShaderList::instance()->renameItem(shader, description))
+        showError(tr("Effect"), tr("An error occured while saving the file."), true);
+}
+
+void MMainWindow::on_actionDuplicate_brush_engine_triggered()
+{
+    duplicateShader(MShader::BrushShader);
+}
+
+void MMainWindow::on_actionDelete_brush_engine_triggered()
+{
+    deleteShader(MShader::BrushShader);
+}
+
+void MMainWindow::on_actionRename_brush_engine_triggered()
+{
+    renameShader(MShader::BrushShader);
+}
+
+void MMainWindow::on_actionRemoveShader_triggered()
+{
+    deleteShader(MShader::EffectShader);
+}
+
+void MMainWindow::on_actionDuplicateShader_triggered()
+{
+    duplicateShader(MShader::EffectShader);
+}
+
+void MMainWindow::on_actionRename_effect_triggered()
+{
+    renameShader(MShader::EffectShader);
+}
+
+void MMainWindow::on_actionImport_effect_triggered()
+{
+    const QString fileName = askOpenFileName(tr("Import effect"), tr("Effect files (*.qsh)"));
+    if (!fileName.isEmpty() && !MShaderList::instance()->importFile(fileName))
+        showError(tr("Import effect"), tr("Unable to import the effect file %1.").arg(fileName), true);
+}
+
+void MMainWindow::setLayerEffect(const QString& id)
+{
+    MCanvas* document = canvas();
+    const int row = document->currentRow();
+    const MTextureLayer* layer = document->current();
+    if (!layer || layer->shaderId() == id)
+        return;
+    document->setLayerProperties(row, {{"shaderId", layer->shaderId()}}, {{"shaderId", id}});
+    validateShaderActions();
+}
+
+void MMainWindow::on_actionPreviewShader_triggered()
+{
+    if (const MShader* effect = panelShader(MShader::EffectShader))
+        setLayerEffect(effect->id());
+}
+
+void MMainWindow::on_actionRasterizeShader_triggered()
+{
+    canvas()->applyEffect();
+    validateShaderActions();
+}
+
+void MMainWindow::on_actionEdit_layer_effect_settings_triggered()
+{
+    canvas()->editLayer();
 }

@@ -6,8 +6,12 @@
 
 #include <memory>
 
+class MBrushListWidget;
+class MBrushSettingsWidget;
 class MCanvas;
 class MMainWindowForm;
+class MShader;
+class MShaderWidget;
 class MRecentFiles;
 class MWidget;
 class QDockWidget;
@@ -30,6 +34,9 @@ public:
     MCanvas* canvas() const;
     MMainWindowForm* form() const { return m_form.get(); }
     MRecentFiles* recentFiles() const { return m_recentFiles; }
+    MShaderWidget* shaderWidget() const { return m_shaderWidget; }
+    MBrushListWidget* brushWidget() const { return m_brushWidget; }
+    MBrushSettingsWidget* brushSettingsWidget() const { return m_brushSettingsWidget; }
 
     // False when the user cancels; true when the document may be dropped.
     bool confirmSave();
@@ -53,6 +60,10 @@ protected:
     virtual QMessageBox::StandardButton askSave();
     virtual void showError(const QString& title, const QString& text, bool critical);
     virtual QString askSaveFileName(const QString& startPath);
+    virtual bool askQuestion(const QString& title, const QString& text);
+    // A line of text from the user; null when cancelled.
+    virtual QString askText(const QString& title, const QString& label, const QString& text);
+    virtual QString askOpenFileName(const QString& title, const QString& filter);
 
 private Q_SLOTS:
     void undo();
@@ -119,6 +130,31 @@ private Q_SLOTS:
     void on_actionInvertSelection_triggered();
     void on_actionAbout_Quillmere_triggered();
 
+    void on_actionNew_brush_triggered();
+    void on_actionDelete_brush_triggered();
+    void on_actionDuplicate_brush_triggered();
+    void on_actionRename_brush_triggered();
+    void on_actionEdit_brush_settings_triggered();
+    void on_actionImport_brush_file_triggered();
+    void on_actionRestore_brush_triggered();
+    void on_actionCopy_brush_to_system_directory_triggered();
+    void on_actionRemove_brush_from_system_directory_triggered();
+    void on_actionSet_brush_engine_triggered();
+    void on_actionReset_brush_engine_triggered();
+    void on_actionDuplicate_brush_engine_triggered();
+    void on_actionDelete_brush_engine_triggered();
+    void on_actionRename_brush_engine_triggered();
+    void on_actionRemoveShader_triggered();
+    void on_actionDuplicateShader_triggered();
+    void on_actionRename_effect_triggered();
+    void on_actionImport_effect_triggered();
+    void on_actionPreviewShader_triggered();
+    void on_actionRasterizeShader_triggered();
+    void on_actionEdit_layer_effect_settings_triggered();
+    // The effects panel's double clicks.
+    void setLayerEffect(const QString& id);
+    void setBrushEngine(const QString& id);
+
 private:
     void makeConnections();
     // Everything close and restart keep: false when the user cancels.
@@ -126,12 +162,21 @@ private:
     bool writeDocument(const QString& fileName);
     void restoreLayout();
     void enableWiredActions();
+    void makeResourcePanels();
+    // The effect of the effects panel's current row when it has that type, else null.
+    MShader* panelShader(int type) const;
+    void duplicateShader(int type);
+    void deleteShader(int type);
+    void renameShader(int type);
 
     std::unique_ptr<MMainWindowForm> m_form;
     MWidget* m_view = nullptr;
     QProgressBar* m_progressBar = nullptr;
     QLabel* m_statusLabel = nullptr;
     QUndoView* m_undoView = nullptr;
+    MShaderWidget* m_shaderWidget = nullptr;
+    MBrushListWidget* m_brushWidget = nullptr;
+    MBrushSettingsWidget* m_brushSettingsWidget = nullptr;
     MRecentFiles* m_recentFiles = nullptr;
     QByteArray m_defaultLayout;
     bool m_layoutRestored = false;

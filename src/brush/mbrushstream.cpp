@@ -216,9 +216,9 @@ bool MBrushStream::fromJson(const QByteArray& data)
     }
 
     m_brush->shaderValues()->clear();
-    // A known engine fills the table with its defaults; an unknown one leaves
-    // the brush on the default stamping.
-    m_brush->set_shaderId(shaderId);
+    // A known engine fills the table with its defaults; an unknown one is
+    // kept by name and leaves the brush on the default stamping.
+    m_brush->setShaderIdAsRead(shaderId);
     if (MShaderList::instance()->shaderById(shaderId))
         readShaderValues(object.value(QStringLiteral("shaderValues")));
 
@@ -293,9 +293,24 @@ void MBrushStream::readShaderValues(const QJsonValue& value)
         if (!field)
             continue;
         const QJsonValue paramValue = object.value(QStringLiteral("paramValue"));
-        if (field->type == QVariant::Color)
+        // JSON has one kind of number, read back as a whole number where it
+        // is one: the parameter's own type is what the program and the writer take.
+        switch (field->type) {
+        case QVariant::Color:
             m_brush->shaderValues()->setValue(name, QColor(paramValue.toString()));
-        else
+            break;
+        case QVariant::Double:
+            m_brush->shaderValues()->setValue(name, paramValue.toVariant().toDouble());
+            break;
+        case QVariant::Int:
+            m_brush->shaderValues()->setValue(name, paramValue.toVariant().toInt());
+            break;
+        case QVariant::Bool:
+            m_brush->shaderValues()->setValue(name, paramValue.toVariant().toBool());
+            break;
+        default:
             m_brush->shaderValues()->setValue(name, paramValue.toVariant());
+            break;
+        }
     }
 }

@@ -25,6 +25,19 @@ void MShaderObject::set_shaderId(const QString& id)
         Q_EMIT shaderIdChanged(m_shaderId);
 }
 
+void MShaderObject::setShaderIdAsRead(const QString& id)
+{
+    if (id.isEmpty() || MShaderList::instance()->shaderById(id)) {
+        set_shaderId(id);
+        return;
+    }
+    m_shaderValues->clear();
+    if (id == m_shaderId)
+        return;
+    m_shaderId = id;
+    Q_EMIT shaderIdChanged(m_shaderId);
+}
+
 void MShaderObject::set_isShaderActive(bool active)
 {
     if (active == m_isShaderActive)

@@ -26,6 +26,10 @@ public:
     // The same, but a value whose parameter still exists keeps its value.
     void merge(const QString& id);
     void copyFrom(const MShaderObject& other);
+    // Takes an id as a file names it, known or not. An id that no effect has
+    // stays, without values, so that saving keeps it; until an effect of
+    // that id exists the object draws as if it had none.
+    void setShaderIdAsRead(const QString& id);
 
 public Q_SLOTS:
     // A known effect is taken (a new one with its defaults, the same one with

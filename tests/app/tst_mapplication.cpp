@@ -8,7 +8,9 @@
 #include "app/msettings.h"
 #include "app/msingleinstance.h"
 #include "app/mutility.h"
+#include "brush/mbrushlist.h"
 #include "document/mcanvas.h"
+#include "effects/mshaderlist.h"
 #include "gpu/mopengl.h"
 
 #include <cmath>
@@ -103,6 +105,8 @@ void TestApplication::restartRunsStartUpAndShutDownAgain()
     QVERIFY(!MSettings::exists());
     QVERIFY(!MOpenGL::exists());
     QVERIFY(!MMath::exists());
+    QVERIFY(!MShaderList::exists());
+    QVERIFY(!MBrushList::exists());
     QVERIFY(!MApplication::exists());
     QVERIFY(MLogger::exists());
 
@@ -112,6 +116,10 @@ void TestApplication::restartRunsStartUpAndShutDownAgain()
     QCOMPARE(log.count(QStringLiteral("translation, langId = en")) +
                  log.count(QStringLiteral("translation loaded, langId = en")),
              4);
+    // Each round reads the effects, then the brushes, which name effects as their engines.
+    QCOMPARE(log.count(QStringLiteral("Shaders loaded: ")), 2);
+    QCOMPARE(log.count(QStringLiteral("Brushes loaded: ")), 2);
+    QVERIFY(log.indexOf(QStringLiteral("Shaders loaded: ")) < log.indexOf(QStringLiteral("Brushes loaded: ")));
 }
 
 void TestApplication::aFirstArgumentThatExistsIsOpened()

@@ -5,8 +5,18 @@
 #include "app/mmainwindowform.h"
 #include "app/mrecentfiles.h"
 #include "app/msettings.h"
+#include "app/mutility.h"
+#include "brush/mbrush.h"
+#include "brush/mbrushlist.h"
+#include "brush/mbrushlistwidget.h"
 #include "document/mcanvas.h"
+#include "document/mtexturelayer.h"
+#include "effects/mshader.h"
+#include "effects/mshaderlist.h"
+#include "effects/mshaderstream.h"
 #include "gpu/mwidget.h"
+#include "panels/mbrushsettingswidget.h"
+#include "panels/mshaderwidget.h"
 
 #include <QAction>
 #include <QDockWidget>
@@ -43,6 +53,22 @@ protected:
     QString askSaveFileName(const QString&) override
     {
         return fileNames.isEmpty() ? QString() : fileNames.takeFirst();
+    }
+
+public:
+    // Answers of the list commands: yes or no, then texts typed.
+    QList<bool> yesNo;
+    QStringList texts;
+
+protected:
+    bool askQuestion(const QString&, const QString&) override
+    {
+        ++questions;
+        return !yesNo.isEmpty() && yesNo.takeFirst();
+    }
+    QString askText(const QString&, const QString&, const QString&) override
+    {
+        return texts.isEmpty() ? QString() : texts.takeFirst();
     }
 };
 
@@ -196,6 +222,7 @@ private Q_SLOTS:
     void closingAsksFirst();
     void recentFiles();
     void layoutIsRestored();
+    void brushAndEffectCommands();
 
 private:
     QuillmereTest::GLContext m_gl;
@@ -240,7 +267,8 @@ void TestMMainWindow::formMatchesTheTable()
     // Wired actions work; those of parts still to come wait, disabled.
     QVERIFY(form->action(QStringLiteral("actionFileSave"))->isEnabled());
     QVERIFY(form->action(QStringLiteral("actionNewLayer"))->isEnabled());
-    QVERIFY(!form->action(QStringLiteral("actionNew_brush"))->isEnabled());
+    QVERIFY(form->action(QStringLiteral("actionNew_brush"))->isEnabled());
+    QVERIFY(!form->action(QStringLiteral("actionNewShader"))->isEnabled());
     QVERIFY(!form->action(QStringLiteral("actionUndo"))->isEnabled());
 
     const QHash<QString, QString> docks = {
@@ -458,6 +486,80 @@ void TestMMainWindow::layoutIsRestored()
     QVERIFY(window.findChild<QDockWidget*>(QStringLiteral("colorDockWidget"))->isVisible());
     window.form()->action(QStringLiteral("actionRestoreDefaultLayout"))->trigger();
     QVERIFY(window.findChild<QDockWidget*>(QStringLiteral("undoDockWidget"))->isVisible());
+}
+
+void TestMMainWindow::brushAndEffectCommands()
+{
+    // A library of one effect and one engine, and no brush file: the brush
+    // list starts with its default brush.
+    QTemporaryDir root;
+    MUtility::setSystemDataRoot(root.path());
+    MBrushList::destroy();
+    MShaderList::destroy();
+    QVERIFY(MUtility::clearDirectory(MUtility::directory(MEnum::UserPath, MEnum::ShaderDir), false, true));
+    QVERIFY(MUtility::clearDirectory(MUtility::directory(MEnum::UserPath, MEnum::BrushDir), false, true));
+    for (const auto& [id, type] : {std::pair<QString, int>{"INVERT", MShader::EffectShader},
+                                   std::pair<QString, int>{"DOTS", MShader::BrushShader}}) {
+        MShader shader;
+        shader.setId(id);
+        shader.setType(type);
+        shader.setDescription(id.toLower());
+        MShaderStream stream(&shader);
+        QVERIFY(stream.save(MUtility::directory(MEnum::SystemPath, MEnum::ShaderDir) + id.toLower() +
+                            QStringLiteral(".qsh")));
+    }
+    QVERIFY(m_gl.makeCurrent());
+    ScriptedWindow window;
+    MMainWindowForm* form = window.form();
+    QCOMPARE(form->dock(QStringLiteral("shaderDockWidget"))->widget(), window.shaderWidget());
+    QCOMPARE(form->dock(QStringLiteral("brushDockWidget"))->widget(), window.brushWidget());
+    QCOMPARE(form->dock(QStringLiteral("brushSettingsDockWidget"))->widget(), window.brushSettingsWidget());
+    MBrushList* brushes = MBrushList::instance();
+    QCOMPARE(brushes->count(), 1);
+    // The last brush can't go.
+    QVERIFY(!form->action(QStringLiteral("actionDelete_brush"))->isEnabled());
+
+    // New, duplicate and rename ask for a description and write the user file.
+    window.texts = QStringList{"Round two", "round three", "renamed"};
+    form->action(QStringLiteral("actionNew_brush"))->trigger();
+    QCOMPARE(brushes->count(), 2);
+    QCOMPARE(brushes->currentBrush()->description(), QStringLiteral("Round two"));
+    QVERIFY(QFile::exists(brushes->currentBrush()->userFileName()));
+    form->action(QStringLiteral("actionDuplicate_brush"))->trigger();
+    QCOMPARE(brushes->count(), 3);
+    form->action(QStringLiteral("actionRename_brush"))->trigger();
+    QCOMPARE(brushes->currentBrush()->description(), QStringLiteral("renamed"));
+    QCOMPARE(window.brushSettingsWidget()->brush(), brushes->currentBrush());
+    // A cancelled question deletes nothing; a yes deletes the row and its file.
+    QVERIFY(form->action(QStringLiteral("actionDelete_brush"))->isEnabled());
+    const QString doomed = brushes->currentBrush()->userFileName();
+    window.yesNo = {false, true};
+    form->action(QStringLiteral("actionDelete_brush"))->trigger();
+    QCOMPARE(brushes->count(), 3);
+    form->action(QStringLiteral("actionDelete_brush"))->trigger();
+    QCOMPARE(brushes->count(), 2);
+    QVERIFY(!QFile::exists(doomed));
+    QVERIFY(window.errors.isEmpty());
+
+    // The effects panel's double clicks: an effect goes on the current
+    // layer, undoably; an engine on the current brush.
+    window.canvas()->appendLayer();
+    MTextureLayer* layer = window.canvas()->current();
+    QVERIFY(layer);
+    Q_EMIT window.shaderWidget()->effectActivated(QStringLiteral("INVERT"));
+    QCOMPARE(layer->shaderId(), QStringLiteral("INVERT"));
+    QVERIFY(form->action(QStringLiteral("actionRasterizeShader"))->isEnabled());
+    window.canvas()->undoStack()->undo();
+    QCOMPARE(layer->shaderId(), QString());
+    Q_EMIT window.shaderWidget()->engineActivated(QStringLiteral("DOTS"));
+    QCOMPARE(brushes->currentBrush()->shaderId(), QStringLiteral("DOTS"));
+    QVERIFY(form->action(QStringLiteral("actionReset_brush_engine"))->isEnabled());
+    form->action(QStringLiteral("actionReset_brush_engine"))->trigger();
+    QCOMPARE(brushes->currentBrush()->shaderId(), QString());
+
+    MBrushList::destroy();
+    MShaderList::destroy();
+    MUtility::setSystemDataRoot(QString());
 }
 
 QUILLMERE_TEST_MAIN(TestMMainWindow)
