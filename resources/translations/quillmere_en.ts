@@ -2,6 +2,133 @@
 <!DOCTYPE TS>
 <TS version="2.1" language="en" sourcelanguage="en">
 <context>
+    <name>DBrushSettings</name>
+    <message>
+        <source>Save</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Brush settings</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Prefered settings</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Engine parameters</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Load brush texture</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Reset brush texture</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Export brush texture</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Close</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Category</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>no texture</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>width: %1 - height: %2</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source> - engine: %1</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Brush texture</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>An error occured while loading the file.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Invalid image.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The image background seems to be opaque. Do you want a transparent background? If no texure color will be preserved.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Reset texture</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>This brush has no texture.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Are you sure you want to remove brush texture?</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Save texture</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>An error occured while saving the file.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>No texture to save!</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>PNG image (*.png)</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>This file exists. Do you want to replace it?</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Brush</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>File saved.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The brush has been modified.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>If you do not save, the changes will be discarded at next application startup.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Keep changes but do not save</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Discard and close</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Don&apos;t close</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
     <name>DCurveEditor</name>
     <message>
         <source>Add curve</source>
@@ -444,6 +571,14 @@
         <source>Can&apos;t run Quillmere: your graphic card driver is not supported.</source>
         <translation type="unfinished"></translation>
     </message>
+    <message>
+        <source>effects loaded: %1</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>brushes loaded: %1</source>
+        <translation type="unfinished"></translation>
+    </message>
 </context>
 <context>
     <name>MBrush</name>
@@ -536,6 +671,17 @@
     </message>
     <message>
         <source>Random number generated at each stamp (between 0 and 1)</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>MBrushListWidget</name>
+    <message>
+        <source>Edit settings</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Reset settings</source>
         <translation type="unfinished"></translation>
     </message>
 </context>
@@ -1554,6 +1700,70 @@
         <source>Help</source>
         <translation type="unfinished"></translation>
     </message>
+    <message>
+        <source>Description:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>new brush</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>An error occured while saving the file.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Do you want to delete the brush &quot;%1&quot;?</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1 copy</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Brush files (*.qmb)</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Unable to import the brush file %1.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Do you want to replace the brush &quot;%1&quot; by the one installed with the program?</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>An error occured while loading the file.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Cannot write %1.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Do you want to remove the brush &quot;%1&quot; from the system directory? It stays yours in the user directory.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Cannot remove %1.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Effect</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Do you want to delete &quot;%1&quot;?</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Effect files (*.qsh)</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Unable to import the effect file %1.</source>
+        <translation type="unfinished"></translation>
+    </message>
 </context>
 <context>
     <name>MPathVarList</name>
@@ -1772,6 +1982,25 @@
     </message>
     <message>
         <source>Errors during options compilation:</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>MShaderWidget</name>
+    <message>
+        <source>All</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Effects</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Brush engines</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Search</source>
         <translation type="unfinished"></translation>
     </message>
 </context>

@@ -2,6 +2,133 @@
 <!DOCTYPE TS>
 <TS version="2.1" language="fr" sourcelanguage="en">
 <context>
+    <name>DBrushSettings</name>
+    <message>
+        <source>Save</source>
+        <translation>Enregistrer</translation>
+    </message>
+    <message>
+        <source>Brush settings</source>
+        <translation>Réglages de la brosse</translation>
+    </message>
+    <message>
+        <source>Prefered settings</source>
+        <translation>Réglages préférés</translation>
+    </message>
+    <message>
+        <source>Engine parameters</source>
+        <translation>Paramètres du moteur</translation>
+    </message>
+    <message>
+        <source>Load brush texture</source>
+        <translation>Charger une texture de brosse</translation>
+    </message>
+    <message>
+        <source>Reset brush texture</source>
+        <translation>Retirer la texture de brosse</translation>
+    </message>
+    <message>
+        <source>Export brush texture</source>
+        <translation>Exporter la texture de brosse</translation>
+    </message>
+    <message>
+        <source>Close</source>
+        <translation>Fermer</translation>
+    </message>
+    <message>
+        <source>Category</source>
+        <translation>Catégorie</translation>
+    </message>
+    <message>
+        <source>no texture</source>
+        <translation>pas de texture</translation>
+    </message>
+    <message>
+        <source>width: %1 - height: %2</source>
+        <translation>largeur : %1 - hauteur : %2</translation>
+    </message>
+    <message>
+        <source> - engine: %1</source>
+        <translation> - moteur : %1</translation>
+    </message>
+    <message>
+        <source>Brush texture</source>
+        <translation>Texture de brosse</translation>
+    </message>
+    <message>
+        <source>An error occured while loading the file.</source>
+        <translation>Une erreur est survenue pendant le chargement du fichier.</translation>
+    </message>
+    <message>
+        <source>Invalid image.</source>
+        <translation>Image non valide.</translation>
+    </message>
+    <message>
+        <source>The image background seems to be opaque. Do you want a transparent background? If no texure color will be preserved.</source>
+        <translation>Le fond de l&apos;image semble opaque. Voulez-vous un fond transparent ? Sinon, la couleur de la texture sera conservée.</translation>
+    </message>
+    <message>
+        <source>Reset texture</source>
+        <translation>Retirer la texture</translation>
+    </message>
+    <message>
+        <source>This brush has no texture.</source>
+        <translation>Cette brosse n&apos;a pas de texture.</translation>
+    </message>
+    <message>
+        <source>Are you sure you want to remove brush texture?</source>
+        <translation>Voulez-vous vraiment retirer la texture de la brosse ?</translation>
+    </message>
+    <message>
+        <source>Save texture</source>
+        <translation>Enregistrer la texture</translation>
+    </message>
+    <message>
+        <source>An error occured while saving the file.</source>
+        <translation>Une erreur est survenue pendant l&apos;enregistrement du fichier.</translation>
+    </message>
+    <message>
+        <source>No texture to save!</source>
+        <translation>Aucune texture à enregistrer !</translation>
+    </message>
+    <message>
+        <source>PNG image (*.png)</source>
+        <translation>Image PNG (*.png)</translation>
+    </message>
+    <message>
+        <source>This file exists. Do you want to replace it?</source>
+        <translation>Ce fichier existe. Voulez-vous le remplacer ?</translation>
+    </message>
+    <message>
+        <source>Brush</source>
+        <translation>Brosse</translation>
+    </message>
+    <message>
+        <source>File saved.</source>
+        <translation>Fichier enregistré.</translation>
+    </message>
+    <message>
+        <source>The brush has been modified.</source>
+        <translation>La brosse a été modifiée.</translation>
+    </message>
+    <message>
+        <source>If you do not save, the changes will be discarded at next application startup.</source>
+        <translation>Si vous n&apos;enregistrez pas, les modifications seront perdues au prochain démarrage.</translation>
+    </message>
+    <message>
+        <source>Keep changes but do not save</source>
+        <translation>Garder les modifications sans enregistrer</translation>
+    </message>
+    <message>
+        <source>Discard and close</source>
+        <translation>Abandonner et fermer</translation>
+    </message>
+    <message>
+        <source>Don&apos;t close</source>
+        <translation>Ne pas fermer</translation>
+    </message>
+</context>
+<context>
     <name>DCurveEditor</name>
     <message>
         <source>Add curve</source>
@@ -444,6 +571,14 @@
         <source>Can&apos;t run Quillmere: your graphic card driver is not supported.</source>
         <translation>Impossible de lancer Quillmere : le pilote de votre carte graphique n&apos;est pas pris en charge.</translation>
     </message>
+    <message>
+        <source>effects loaded: %1</source>
+        <translation>effets chargés : %1</translation>
+    </message>
+    <message>
+        <source>brushes loaded: %1</source>
+        <translation>brosses chargées : %1</translation>
+    </message>
 </context>
 <context>
     <name>MBrush</name>
@@ -537,6 +672,17 @@
     <message>
         <source>Random number generated at each stamp (between 0 and 1)</source>
         <translation>Nombre aléatoire tiré à chaque empreinte (entre 0 et 1)</translation>
+    </message>
+</context>
+<context>
+    <name>MBrushListWidget</name>
+    <message>
+        <source>Edit settings</source>
+        <translation>Modifier les réglages</translation>
+    </message>
+    <message>
+        <source>Reset settings</source>
+        <translation>Rétablir les réglages</translation>
     </message>
 </context>
 <context>
@@ -1554,6 +1700,70 @@
         <source>Help</source>
         <translation>Aide</translation>
     </message>
+    <message>
+        <source>Description:</source>
+        <translation>Description :</translation>
+    </message>
+    <message>
+        <source>new brush</source>
+        <translation>nouvelle brosse</translation>
+    </message>
+    <message>
+        <source>An error occured while saving the file.</source>
+        <translation>Une erreur est survenue pendant l&apos;enregistrement du fichier.</translation>
+    </message>
+    <message>
+        <source>Do you want to delete the brush &quot;%1&quot;?</source>
+        <translation>Voulez-vous supprimer la brosse « %1 » ?</translation>
+    </message>
+    <message>
+        <source>%1 copy</source>
+        <translation>copie de %1</translation>
+    </message>
+    <message>
+        <source>Brush files (*.qmb)</source>
+        <translation>Fichiers de brosse (*.qmb)</translation>
+    </message>
+    <message>
+        <source>Unable to import the brush file %1.</source>
+        <translation>Impossible d&apos;importer le fichier de brosse %1.</translation>
+    </message>
+    <message>
+        <source>Do you want to replace the brush &quot;%1&quot; by the one installed with the program?</source>
+        <translation>Voulez-vous remplacer la brosse « %1 » par celle installée avec le programme ?</translation>
+    </message>
+    <message>
+        <source>An error occured while loading the file.</source>
+        <translation>Une erreur est survenue pendant le chargement du fichier.</translation>
+    </message>
+    <message>
+        <source>Cannot write %1.</source>
+        <translation>Impossible d&apos;écrire %1.</translation>
+    </message>
+    <message>
+        <source>Do you want to remove the brush &quot;%1&quot; from the system directory? It stays yours in the user directory.</source>
+        <translation>Voulez-vous retirer la brosse « %1 » du dossier système ? Elle reste la vôtre dans le dossier utilisateur.</translation>
+    </message>
+    <message>
+        <source>Cannot remove %1.</source>
+        <translation>Impossible de supprimer %1.</translation>
+    </message>
+    <message>
+        <source>Effect</source>
+        <translation>Effet</translation>
+    </message>
+    <message>
+        <source>Do you want to delete &quot;%1&quot;?</source>
+        <translation>Voulez-vous supprimer « %1 » ?</translation>
+    </message>
+    <message>
+        <source>Effect files (*.qsh)</source>
+        <translation>Fichiers d&apos;effet (*.qsh)</translation>
+    </message>
+    <message>
+        <source>Unable to import the effect file %1.</source>
+        <translation>Impossible d&apos;importer le fichier d&apos;effet %1.</translation>
+    </message>
 </context>
 <context>
     <name>MPathVarList</name>
@@ -1773,6 +1983,25 @@
     <message>
         <source>Errors during options compilation:</source>
         <translation>Erreurs à la compilation des options :</translation>
+    </message>
+</context>
+<context>
+    <name>MShaderWidget</name>
+    <message>
+        <source>All</source>
+        <translation>Tous</translation>
+    </message>
+    <message>
+        <source>Effects</source>
+        <translation>Effets</translation>
+    </message>
+    <message>
+        <source>Brush engines</source>
+        <translation>Moteurs de brosse</translation>
+    </message>
+    <message>
+        <source>Search</source>
+        <translation>Rechercher</translation>
     </message>
 </context>
 <context>

@@ -5,6 +5,7 @@
 #include "document/mcanvas.h"
 #include "document/mtexturelayer.h"
 #include "document/mtexturetile.h"
+#include "gpu/mcontextkeeper.h"
 #include "gpu/mshareddata.h"
 
 #include <QLineF>
@@ -22,29 +23,6 @@ constexpr int row = 0;
 constexpr int eventCount = 40;
 constexpr double margin = 5.0;
 constexpr double pi = 3.14159265358979323846;
-
-// Makes the context that was current on entry current again on every way out.
-class ContextKeeper
-{
-public:
-    ContextKeeper()
-        : m_context(QOpenGLContext::currentContext()), m_surface(m_context ? m_context->surface() : nullptr)
-    {
-    }
-    ~ContextKeeper()
-    {
-        if (m_context && m_surface)
-            m_context->makeCurrent(m_surface);
-        else if (QOpenGLContext* current = QOpenGLContext::currentContext())
-            current->doneCurrent();
-    }
-    ContextKeeper(const ContextKeeper&) = delete;
-    ContextKeeper& operator=(const ContextKeeper&) = delete;
-
-private:
-    QOpenGLContext* m_context;
-    QSurface* m_surface;
-};
 
 } // namespace
 
@@ -78,7 +56,7 @@ QImage MBrushPreview::render(const MBrush& source, const QSize& size, const QCol
     brush.setRadius(radius);
     const double diameter = 2.0 * (radius + margin);
 
-    ContextKeeper keeper;
+    MContextKeeper keeper;
     MCanvas canvas;
     if (!canvas.makeCurrent())
         return image;

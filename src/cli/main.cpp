@@ -10,9 +10,23 @@
 #include <cstdio>
 #include <memory>
 
+namespace {
+
+// The program's own log lines come through qDebug; a batch tool reports on
+// stderr itself, so only Qt's warnings and errors pass.
+void quietMessages(QtMsgType type, const QMessageLogContext&, const QString& message)
+{
+    if (type == QtDebugMsg || type == QtInfoMsg)
+        return;
+    std::fprintf(stderr, "%s\n", qPrintable(message));
+}
+
+} // namespace
+
 int main(int argc, char** argv)
 {
     MLogger::setFileEnabled(false);
+    qInstallMessageHandler(quietMessages);
     QStringList arguments;
     for (int i = 1; i < argc; ++i)
         arguments << QString::fromLocal8Bit(argv[i]);
@@ -26,7 +40,8 @@ int main(int argc, char** argv)
         if (!arguments.isEmpty() && arguments.first() != QLatin1String("--help") &&
             arguments.first() != QLatin1String("-h"))
             err << "quillmere-cli: unknown command: " << arguments.join(QLatin1Char(' ')) << "\n\n";
-        commands.printUsage(arguments.isEmpty() || arguments.first().startsWith(QLatin1Char('-')) ? out : err);
+        commands.printUsage(arguments.isEmpty() || arguments.first().startsWith(QLatin1Char('-')) ? out
+                                                                                                  : err);
         return arguments.isEmpty() || arguments.first().startsWith(QLatin1Char('-')) ? 0 : 2;
     }
 

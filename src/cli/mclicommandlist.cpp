@@ -1,8 +1,10 @@
 #include "cli/mclicommandlist.h"
 
+#include "cli/mcliapply.h"
 #include "cli/mcliconvert.h"
 #include "cli/mclieffectcheck.h"
 #include "cli/mcliinfo.h"
+#include "cli/mclilist.h"
 #include "cli/mclirender.h"
 
 #include <QTextStream>
@@ -14,6 +16,8 @@ MCliCommandList::MCliCommandList()
     m_commands.push_back(std::make_unique<MCliInfo>());
     m_commands.push_back(std::make_unique<MCliRender>());
     m_commands.push_back(std::make_unique<MCliConvert>());
+    m_commands.push_back(std::make_unique<MCliApply>());
+    m_commands.push_back(std::make_unique<MCliList>());
 }
 
 MCliCommandList::~MCliCommandList() = default;

@@ -1,3 +1,4 @@
+#include "support/clirun.h"
 #include "support/glcontext.h"
 #include "support/testenvironment.h"
 
@@ -15,39 +16,10 @@
 
 namespace {
 
-struct Run
-{
-    int exitCode = -1;
-    QString out;
-    QString err;
-};
-
-QString cliPath()
-{
-    return QFileInfo(QStringLiteral(QUILLMERE_APP_PATH)).path() + QStringLiteral("/quillmere-cli");
-}
-
-Run runProgram(const QString& program, const QStringList& arguments)
-{
-    Run run;
-    QProcess process;
-    process.setProcessEnvironment(QuillmereTest::childEnvironment());
-    process.start(program, arguments);
-    if (!process.waitForFinished(120000)) {
-        process.kill();
-        process.waitForFinished();
-        return run;
-    }
-    run.exitCode = process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1;
-    run.out = QString::fromUtf8(process.readAllStandardOutput());
-    run.err = QString::fromUtf8(process.readAllStandardError());
-    return run;
-}
-
-Run runCli(const QStringList& arguments)
-{
-    return runProgram(cliPath(), arguments);
-}
+using QuillmereTest::cliPath;
+using QuillmereTest::Run;
+using QuillmereTest::runCli;
+using QuillmereTest::runProgram;
 
 QByteArray readFile(const QString& path)
 {
