@@ -12,11 +12,12 @@
 
 namespace {
 
-// The program's own log lines come through qDebug; a batch tool reports on
-// stderr itself, so only Qt's warnings and errors pass.
+// The program's log lines come through qDebug. A batch tool keeps its
+// stderr for what went wrong: Qt's warnings and the log's failures pass, the
+// log's news of what was loaded doesn't.
 void quietMessages(QtMsgType type, const QMessageLogContext&, const QString& message)
 {
-    if (type == QtDebugMsg || type == QtInfoMsg)
+    if ((type == QtDebugMsg || type == QtInfoMsg) && !message.contains(QLatin1String(": System error: ")))
         return;
     std::fprintf(stderr, "%s\n", qPrintable(message));
 }
