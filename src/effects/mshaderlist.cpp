@@ -4,6 +4,9 @@
 #include "effects/mshader.h"
 #include "effects/mshaderstream.h"
 
+#include <QFile>
+#include <QJsonDocument>
+
 MShaderList::MShaderList() : MParamList(MEnum::ShaderDir, QStringLiteral("qsh"))
 {
     setItemClass(&MShader::staticMetaObject);
@@ -109,6 +112,15 @@ bool MShaderList::writeItem(QObject* object, const QString& fileName)
         return false;
     MShaderStream stream(shader);
     return stream.save(fileName);
+}
+
+bool MShaderList::isImportable(const QString& fileName) const
+{
+    // Effect files are small: a whole-file read is what the stream does too.
+    QFile file(fileName);
+    if (!MParamList::isImportable(fileName) || !file.open(QIODevice::ReadOnly))
+        return false;
+    return QJsonDocument::fromJson(file.readAll()).isObject();
 }
 
 void MShaderList::loadFromFiles(const QStringList& order, const QHash<QString, MParamFile>& files)

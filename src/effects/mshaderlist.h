@@ -42,6 +42,9 @@ public:
     QObject* createItem() override;
     bool readItem(QObject* object, const QString& fileName) override;
     bool writeItem(QObject* object, const QString& fileName) override;
+    // An effect file reads as an empty effect when it isn't JSON; an import
+    // asks for a JSON object.
+    bool isImportable(const QString& fileName) const override;
 
 protected:
     void loadFromFiles(const QStringList& order, const QHash<QString, MParamFile>& files) override;

@@ -144,12 +144,17 @@ bool MParamList::renameItem(QObject* object, const QString& description)
     return writeIndex() && saved;
 }
 
+bool MParamList::isImportable(const QString& fileName) const
+{
+    return QFileInfo(fileName).isFile();
+}
+
 QObject* MParamList::importFile(const QString& fileName)
 {
     std::unique_ptr<QObject> object(createItem());
     // The new item's own id stands in when the file's is missing or taken.
     const QString freshId = itemId(object.get());
-    if (!readItem(object.get(), fileName)) {
+    if (!isImportable(fileName) || !readItem(object.get(), fileName)) {
         MLogger::systemError(QStringLiteral("MParamList::importFile"),
                              QStringLiteral("Unable to import ") + fileName);
         return nullptr;

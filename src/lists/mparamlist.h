@@ -75,6 +75,9 @@ public:
     // appends it. An id that is already taken is replaced by a new one, so an
     // import never overwrites an item.
     QObject* importFile(const QString& fileName);
+    // Whether a file from elsewhere is one of the list's kind, before it is
+    // read as one; true unless the list knows better.
+    virtual bool isImportable(const QString& fileName) const;
 
     // Adopts a new order (trimmed, upper-cased, each id once), sorts the items
     // by it and writes the index.

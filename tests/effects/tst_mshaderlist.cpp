@@ -159,6 +159,23 @@ void TestMShaderList::operationsLeaveTheRightFiles()
     QVERIFY(MShaderList::instance()->removeShader(QStringLiteral("LOOSE")));
     QCOMPARE(readFile(folder(MEnum::UserPath) + QStringLiteral("index.qmi")), index);
     QVERIFY(!QFile::exists(folder(MEnum::UserPath) + QStringLiteral("loose.qsh")));
+
+    // An import takes an effect file and refuses what isn't one.
+    QTemporaryDir outside;
+    const QString garbage = outside.path() + QStringLiteral("/garbage.qsh");
+    QFile file(garbage);
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    file.write("\x00\x01 not an effect");
+    file.close();
+    const int rows = MShaderList::instance()->count();
+    QVERIFY(!MShaderList::instance()->importFile(garbage));
+    QCOMPARE(MShaderList::instance()->count(), rows);
+    MShader* imported =
+        MShaderList::instance()->importFile(systemBlur) ? MShaderList::instance()->currentShader() : nullptr;
+    QVERIFY(imported);
+    QCOMPARE(imported->id(), QStringLiteral("BLUR"));
+    QCOMPARE(imported->description(), QStringLiteral("blur"));
+    QVERIFY(QFile::exists(folder(MEnum::UserPath) + QStringLiteral("blur.qsh")));
 }
 
 void TestMShaderList::damagedFilesAreLoggedAndSkipped()
