@@ -52,3 +52,11 @@ bool MCliCommand::initializeOpenGL(QTextStream& err)
     }
     return true;
 }
+
+int MCliCommand::usageFailure(QTextStream& err, const QString& why) const
+{
+    if (!why.isEmpty())
+        err << "quillmere-cli: " << why << "\n";
+    err << "Usage: quillmere-cli " << usage() << "\n";
+    return 2;
+}

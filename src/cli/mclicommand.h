@@ -26,6 +26,9 @@ public:
     virtual int run(const QStringList& arguments, QTextStream& out, QTextStream& err) = 0;
 
 protected:
+    // Prints why, when given, and the command's usage line on err; returns
+    // the exit status of a usage error.
+    int usageFailure(QTextStream& err, const QString& why = QString()) const;
     // The result codes of the document reader and writer, for messages.
     static QString readResultText(int code);
     static QString writeResultText(int code);

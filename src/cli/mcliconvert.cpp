@@ -26,8 +26,7 @@ int MCliConvert::run(const QStringList& arguments, QTextStream& out, QTextStream
 {
     if (arguments.size() != 2 || arguments.at(0).startsWith(QLatin1String("--")) ||
         arguments.at(1).startsWith(QLatin1String("--"))) {
-        err << "Usage: quillmere-cli " << usage() << "\n";
-        return 2;
+        return usageFailure(err);
     }
     const QString image = arguments.at(0);
     const QString output = arguments.at(1);

@@ -37,7 +37,11 @@ QString valueText(const QVariant& value)
         return value.toBool() ? QStringLiteral("true") : QStringLiteral("false");
     case QVariant::Color: {
         const QColor color = value.value<QColor>();
-        return QStringLiteral("rgb(%1, %2, %3, %4)").arg(color.red()).arg(color.green()).arg(color.blue()).arg(color.alpha());
+        return QStringLiteral("rgb(%1, %2, %3, %4)")
+            .arg(color.red())
+            .arg(color.green())
+            .arg(color.blue())
+            .arg(color.alpha());
     }
     default:
         return value.toString();
@@ -105,7 +109,8 @@ void MCliEffectCheck::printDeclarations(MShader& shader, QTextStream& out)
     out << "Parameters: " << shader.paramCount() << "\n";
     for (int i = 0; i < shader.paramCount(); ++i) {
         const MField* field = shader.param(i);
-        out << "  " << field->name << "  " << typeName(*field) << "  default " << valueText(field->defaultValue);
+        out << "  " << field->name << "  " << typeName(*field) << "  default "
+            << valueText(field->defaultValue);
         if (field->type == QVariant::Double || (field->type == QVariant::Int && !field->hasPickList()))
             out << "  range " << field->minimum() << " to " << field->maximum() << " step " << field->step;
         if (field->hasPickList()) {
@@ -122,8 +127,8 @@ void MCliEffectCheck::printDeclarations(MShader& shader, QTextStream& out)
         out << "  " << texture->name << "  \"" << texture->fileName << "\"  min "
             << glFilterName(MShader::glFilter(texture->minFilter)) << "  mag "
             << glFilterName(MShader::glFilter(texture->magFilter)) << "  wrap s "
-            << glWrapName(MShader::glWrap(texture->wrapS)) << "  wrap t " << glWrapName(MShader::glWrap(texture->wrapT))
-            << "\n";
+            << glWrapName(MShader::glWrap(texture->wrapS)) << "  wrap t "
+            << glWrapName(MShader::glWrap(texture->wrapT)) << "\n";
     }
     out << "Options:\n"
         << "  min filter " << glFilterName(shader.minFilter()) << "\n"
@@ -134,7 +139,8 @@ void MCliEffectCheck::printDeclarations(MShader& shader, QTextStream& out)
 
 bool MCliEffectCheck::compileWithDriver(const QString& fragmentSource, QString* log)
 {
-    std::unique_ptr<QOpenGLContext> context(MOpenGL::createSharedContext(QOpenGLContext::globalShareContext()));
+    std::unique_ptr<QOpenGLContext> context(
+        MOpenGL::createSharedContext(QOpenGLContext::globalShareContext()));
     std::unique_ptr<QOffscreenSurface> surface(context ? MOpenGL::createSurface(context.get()) : nullptr);
     if (!context || !surface || !context->makeCurrent(surface.get())) {
         *log = QStringLiteral("No OpenGL 3.3 core context could be made.");
@@ -143,7 +149,8 @@ bool MCliEffectCheck::compileWithDriver(const QString& fragmentSource, QString* 
     bool linked = false;
     {
         QOpenGLShaderProgram program;
-        const bool vertex = program.addShaderFromSourceFile(QOpenGLShader::Vertex, QStringLiteral(":/shaders/basic_vert.glsl"));
+        const bool vertex = program.addShaderFromSourceFile(QOpenGLShader::Vertex,
+                                                            QStringLiteral(":/shaders/basic_vert.glsl"));
         const bool fragment = program.addShaderFromSourceCode(QOpenGLShader::Fragment, fragmentSource);
         linked = vertex && fragment && program.link();
         *log = program.log().trimmed();
@@ -168,13 +175,11 @@ int MCliEffectCheck::run(const QStringList& arguments, QTextStream& out, QTextSt
         else if (path.isEmpty() && !argument.startsWith(QLatin1String("--")))
             path = argument;
         else {
-            err << "quillmere-cli: unexpected argument: " << argument << "\nUsage: quillmere-cli " << usage() << "\n";
-            return 2;
+            return usageFailure(err, QStringLiteral("unexpected argument: ") + argument);
         }
     }
     if (path.isEmpty()) {
-        err << "Usage: quillmere-cli " << usage() << "\n";
-        return 2;
+        return usageFailure(err);
     }
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly)) {

@@ -53,8 +53,7 @@ QString MCliInfo::summary() const
 int MCliInfo::run(const QStringList& arguments, QTextStream& out, QTextStream& err)
 {
     if (arguments.size() != 1 || arguments.first().startsWith(QLatin1String("--"))) {
-        err << "Usage: quillmere-cli " << usage() << "\n";
-        return 2;
+        return usageFailure(err);
     }
     const QString path = arguments.first();
     MCanvasReader::CanvasInfo info;

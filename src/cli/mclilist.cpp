@@ -38,8 +38,7 @@ int MCliList::run(const QStringList& arguments, QTextStream& out, QTextStream& e
 {
     const QString kind = arguments.value(0);
     if (arguments.size() != 1 || (kind != QLatin1String("brushes") && kind != QLatin1String("effects"))) {
-        err << "Usage: quillmere-cli " << usage() << "\n";
-        return 2;
+        return usageFailure(err);
     }
     if (kind == QLatin1String("brushes")) {
         const MBrushList* list = MBrushList::instance();

@@ -94,10 +94,8 @@ int MCliRender::run(const QStringList& arguments, QTextStream& out, QTextStream&
 {
     Options options;
     const QString usageError = parse(arguments, &options);
-    if (!usageError.isEmpty()) {
-        err << "quillmere-cli: " << usageError << "\nUsage: quillmere-cli " << usage() << "\n";
-        return 2;
-    }
+    if (!usageError.isEmpty())
+        return usageFailure(err, usageError);
     if (!initializeOpenGL(err))
         return 1;
     const int maxSide = MOpenGL::instance()->maxTextureSize();
