@@ -41,6 +41,12 @@ unsigned tileTextureAt(MTextureLayer* layer, const QPointF& point, unsigned empt
     return tile && tile->isCreated() ? tile->textureId() : emptyTexture;
 }
 
+// A stroke along the selection's own outline turns the clip flag off.
+bool clipsToSelection(const MCanvas* canvas)
+{
+    return canvas->hasSelection() && canvas->clipStroke();
+}
+
 } // namespace
 
 MStampPainter::MStampPainter(MSharedData* sharedData) : m_sharedData(sharedData) {}
@@ -212,7 +218,7 @@ bool MStampPainter::drawTile(MTextureTile* target, const QVector<MVertex>& stamp
     if (colorTexture)
         bindTile(colorTexture->textureId(), "f_colorTexture");
     MCanvas* canvas = m_sharedData->canvas();
-    if (canvas->hasSelection())
+    if (clipsToSelection(canvas))
         bindTile(tileTextureAt(canvas->selectionLayer(), centre, empty), "f_selectionLayerTexture");
     if (engine && engine->parseParams() && m_sharedData->loadEngineTextures(engine)) {
         for (int i = 0; i < engine->textureCount(); ++i) {
@@ -271,7 +277,7 @@ void MStampPainter::setUniforms(QOpenGLShaderProgram* program, const MBrush::Set
     program->setUniformValue("f_useBorderColor", flag(values[MEnum::bsUseBorderColor] != 0.0));
     program->setUniformValue("f_borderColor", borderColor(values));
     MCanvas* canvas = m_sharedData->canvas();
-    program->setUniformValue("f_clipToSelection", flag(canvas->hasSelection()));
+    program->setUniformValue("f_clipToSelection", flag(clipsToSelection(canvas)));
     program->setUniformValue("f_stampCount", GLint(m_sharedData->stampCount()));
     program->setUniformValue("f_random", float(MEvent::randomInput()));
     if (target) {

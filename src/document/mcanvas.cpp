@@ -1,8 +1,15 @@
 #include "document/mcanvas.h"
 
+#include "app/mevent.h"
 #include "app/mlogger.h"
 #include "app/msettings.h"
 #include "app/mutility.h"
+#include "brush/mbrush.h"
+#include "brush/mbrushlist.h"
+#include "brush/mendstrokerunner.h"
+#include "brush/mstartstrokerunner.h"
+#include "brush/mstroketorunner.h"
+#include "colour/mcolorlist.h"
 #include "document/mcanvasfill.h"
 #include "document/mcanvasreader.h"
 #include "document/mcanvaswriter.h"
@@ -34,11 +41,13 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QGuiApplication>
+#include <QLineF>
 #include <QOffscreenSurface>
 #include <QOpenGLContext>
 #include <QOpenGLFramebufferObject>
 #include <QOpenGLFunctions>
 #include <QPainter>
+#include <QPolygonF>
 #include <QUndoStack>
 
 namespace {
@@ -194,7 +203,8 @@ MTextureLayer* MCanvas::createLayer()
 bool MCanvas::canPaint() const
 {
     const MTextureLayer* layer = current();
-    return m_isGlInitialized && layer && layer->visible() && !layer->locked();
+    return m_isGlInitialized && MBrushList::instance()->currentBrush() && layer && layer->visible() &&
+           !layer->locked();
 }
 
 void MCanvas::registerId(const QString& id)
@@ -214,6 +224,118 @@ void MCanvas::unregisterId(const QString& id)
         QFile::remove(MUtility::tileFilePath(id));
         m_registeredIds.erase(it);
     }
+}
+
+void MCanvas::stroke(const MEvent& event, int index, const MBrush* brush)
+{
+    switch (event.type) {
+    case 0: {
+        const MBrush* strokeBrush = brush ? brush : MBrushList::instance()->currentBrush();
+        if (strokeBrush) {
+            MColorList* colors = MColorList::instance();
+            startStroke(event, *strokeBrush, colors->foregroundColor(), colors->backgroundColor(), -1, index);
+        }
+        break;
+    }
+    case 2:
+        if (canPaint())
+            strokeTo(event, index);
+        break;
+    case 3:
+        if (canPaint())
+            endStroke(event, index);
+        break;
+    default:
+        break;
+    }
+}
+
+bool MCanvas::startStroke(const MEvent& event, const MBrush& brush, const QColor& color,
+                          const QColor& secondColor, int layerIndex, int index)
+{
+    if (!canPaint())
+        return false;
+    MColorList::instance()->updateColorList(color);
+    MStartStrokeRunner(m_sharedData, resolveRow(layerIndex), index, event, brush, color, secondColor).run();
+    m_strokeInProgress = true;
+    MStrokeToRunner(m_sharedData, index, event).run();
+    return true;
+}
+
+void MCanvas::strokeTo(const MEvent& event, int index)
+{
+    MStrokeToRunner(m_sharedData, index, event).run();
+}
+
+void MCanvas::endStroke(const MEvent& event, int index)
+{
+    MEndStrokeRunner(m_sharedData, index, event).run();
+    m_strokeInProgress = false;
+}
+
+void MCanvas::strokePath(const QPainterPath& path, bool clip)
+{
+    if (!current())
+        return;
+    const QList<QPolygonF> polygons = path.toSubpathPolygons();
+    beginMacro(tr("Brush stroke"));
+    setClipStroke(clip);
+    for (const QPolygonF& polygon : polygons) {
+        if (polygon.isEmpty())
+            continue;
+        MEvent event;
+        event.type = 0;
+        event.positionX = polygon.first().x();
+        event.positionY = polygon.first().y();
+        event.speed = 2.0;
+        stroke(event);
+        QPointF last = polygon.first();
+        for (int i = 1; i < polygon.size(); ++i) {
+            const QPointF point = polygon.at(i);
+            const QLineF step(last, point);
+            const double length = step.length();
+            // The path's time runs 2 units a point.
+            if (length >= 0.5) {
+                event.type = 2;
+                event.positionX = point.x();
+                event.positionY = point.y();
+                event.directionX = step.dx() / length;
+                event.directionY = step.dy() / length;
+                event.timeToPrevious = 2.0;
+                event.totalTime += 2.0;
+                event.distanceToPrevious = length;
+                event.totalDistance += length;
+                event.speed = length * 0.5;
+                event.random = MEvent::randomInput();
+                stroke(event);
+                last = point;
+            }
+        }
+        event.type = 3;
+        event.positionX = polygon.last().x();
+        event.positionY = polygon.last().y();
+        stroke(event);
+    }
+    endMacro();
+    setClipStroke(true);
+}
+
+void MCanvas::drawLine(const QPointF& from, const QPointF& to)
+{
+    // Outside the macro counters: the stack is driven directly.
+    m_undoStack->beginMacro(tr("Draw line"));
+    MEvent event;
+    event.positionX = from.x();
+    event.positionY = from.y();
+    event.speed = 2.0;
+    stroke(event);
+    event.type = 2;
+    event.positionX = to.x();
+    event.positionY = to.y();
+    stroke(event);
+    event.type = 3;
+    stroke(event);
+    m_undoStack->endMacro();
 }
 
 void MCanvas::beginMacro(const QString& text)

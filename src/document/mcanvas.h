@@ -16,6 +16,8 @@
 
 #include <memory>
 
+class MBrush;
+class MEvent;
 class MPaintEngine;
 class MQuickFill;
 class MSharedData;
@@ -95,6 +97,21 @@ public:
 
     void beginMacro(const QString& text);
     void endMacro();
+
+    // Strokes. index is the row of one of the parallel strokes that one input
+    // drives (mirror images), 0 to 29. The dispatcher starts a stroke on a
+    // press with brush, or the current brush of the list when it is null, and
+    // the current colours; continues it on a move and ends it on a release.
+    void stroke(const MEvent& event, int index = 0, const MBrush* brush = nullptr);
+    // False when the current layer can't be painted on (layerIndex -1: the current row).
+    bool startStroke(const MEvent& event, const MBrush& brush, const QColor& color, const QColor& secondColor,
+                     int layerIndex = -1, int index = 0);
+    void strokeTo(const MEvent& event, int index = 0);
+    void endStroke(const MEvent& event, int index = 0);
+    // The current brush along each subpath, as one undo step; clip is the
+    // clip flag of the strokes, which is back to true afterwards.
+    void strokePath(const QPainterPath& path, bool clip);
+    void drawLine(const QPointF& from, const QPointF& to);
 
     // Tile writes of the undo commands, on the canvas's context. A stroke tile
     // goes through "stroke" with the stroke layer's opacity; a blit goes over
