@@ -5,6 +5,7 @@
 #include "cli/mclieffectcheck.h"
 #include "cli/mcliinfo.h"
 #include "cli/mclilist.h"
+#include "cli/mclipaint.h"
 #include "cli/mclirender.h"
 
 #include <QTextStream>
@@ -18,6 +19,7 @@ MCliCommandList::MCliCommandList()
     m_commands.push_back(std::make_unique<MCliConvert>());
     m_commands.push_back(std::make_unique<MCliApply>());
     m_commands.push_back(std::make_unique<MCliList>());
+    m_commands.push_back(std::make_unique<MCliPaint>());
 }
 
 MCliCommandList::~MCliCommandList() = default;
