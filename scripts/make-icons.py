@@ -3,6 +3,7 @@
 PNG renders and the forbidden cursor, and lists the icons in resources/resources.qrc.
 
     scripts/make-icons.py            # SVGs and the resource list
+    scripts/make-icons.py --small-icons  # also the small .ico icons (rsvg-convert, convert)
     scripts/make-icons.py --renders  # also the logo PNGs and small .ico icons (rsvg-convert, convert) and,
                                      # if missing, the cursor
 
@@ -509,6 +510,15 @@ def _ruler():
     return transformed(body, "rotate(-45 12 12)")
 
 
+def _mesh():
+    """A warped grid with its corner handles."""
+    out = [path("M3.5 4 Q12 1.5 20.5 4 Q22.5 12 20.5 20 Q12 22.5 3.5 20 Q1.5 12 3.5 4 Z", fill=ACCENT_SOFT)]
+    out += [path("M9 2.9 Q10.75 12 9 21.1", sw=1.4), path("M15 2.9 Q13.25 12 15 21.1", sw=1.4),
+            path("M2.7 9.5 Q12 11.25 21.3 9.5", sw=1.4), path("M2.7 14.5 Q12 12.75 21.3 14.5", sw=1.4)]
+    out += [circle(x, y, 1.7, fill=ACCENT, stroke="none") for x, y in ((3.5, 4), (20.5, 4), (3.5, 20), (20.5, 20))]
+    return out
+
+
 def _eraser():
     body = [rect(2.5, 7.5, 19, 8, rx=2), path("M9 7.5 V15.5 H4.5 A2 2 0 0 1 2.5 13.5 V9.5 A2 2 0 0 1 4.5 7.5 Z",
                                                 fill=ACCENT, stroke=DARK)]
@@ -871,6 +881,25 @@ DOCKS = {
 # beside the hand-made check and plus; the name is the path under icons/.
 SMALL_ICONS = {
     "tools/eraser-tool": _eraser,
+    "tools/brush-tool": brush,
+    "tools/grid-tool": _grid,
+    "tools/symmetry-tool": _symmetry,
+    "tools/mesh-tool": _mesh,
+    "tools/line-tool": _line_tool,
+    "tools/selection-tool": selection,
+    "tools/image-tool": picture,
+    "tools/shape-tool": _shapes,
+    "tools/text-tool": _text,
+    "tools/perspective-tool": _perspective,
+    "tools/fill-tool": _fill_bucket,
+    "tools/fillselection-tool": _magic_wand,
+    "tools/gradient-tool": _gradient_tool,
+    "tools/comicstrip-tool": _comic_strip,
+    "tools/pan-tool": _pan,
+    "tools/rotate-tool": _rotate,
+    "tools/zoom-tool": _zoom,
+    "tools/ruller-tool": _ruler,
+    "lock-on": lock,
     "show-fx": sparkles,
     "texture": texture,
     "image": picture,
@@ -1001,6 +1030,8 @@ def main():
     if "--renders" in sys.argv[1:]:
         render_logo()
         render_cursor()
+        render_small_icons()
+    elif "--small-icons" in sys.argv[1:]:
         render_small_icons()
     print(f"{len(files)} icons written")
 

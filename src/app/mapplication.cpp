@@ -18,6 +18,7 @@
 #include "brush/mbrushsettinginfolist.h"
 #include "gpu/mopengl.h"
 #include "gpu/mtexturetransfert.h"
+#include "tools/mtools.h"
 
 #include <QDebug>
 #include <QFile>
@@ -151,6 +152,8 @@ void MApplication::shutDown()
 {
     delete m_mainWindow;
     m_mainWindow = nullptr;
+    // The tools write their settings as they go, so before the settings do.
+    MTools::destroy();
     emptyTemporaryDirectory();
 
     // The transfer buffers are GL objects of the shared context.

@@ -17,6 +17,7 @@
 #include "gpu/mwidget.h"
 #include "panels/mbrushsettingswidget.h"
 #include "panels/mshaderwidget.h"
+#include "tools/mtools.h"
 
 #include <QAction>
 #include <QApplication>
@@ -80,6 +81,10 @@ MMainWindow::MMainWindow(QWidget* parent) : QMainWindow(parent), m_form(std::mak
     enableWiredActions();
     validateBrushActions();
     validateShaderActions();
+    MTools* tools = MTools::instance();
+    tools->set_widget(m_view);
+    connect(tools, &MTools::showPanel, this, QOverload<QDockWidget*>::of(&MMainWindow::showPanel));
+    tools->init(this);
     MSettings::instance()->loadShortcuts(this);
     // The layout the form makes, for "Restore default layout".
     m_defaultLayout = QMainWindow::saveState();
@@ -445,6 +450,11 @@ void MMainWindow::validateBrushActions()
     enable("actionRemove_brush_from_system_directory", system);
     enable("actionSet_brush_engine", brush && panelShader(MShader::BrushShader));
     enable("actionReset_brush_engine", brush && !brush->shaderId().isEmpty());
+    enable("actionEraserMode", brush != nullptr);
+    if (QAction* eraser = m_form->action(QStringLiteral("actionEraserMode"))) {
+        const QSignalBlocker blocker(eraser);
+        eraser->setChecked(brush && brush->eraser());
+    }
     validateShaderActions();
 }
 
@@ -623,6 +633,7 @@ void MMainWindow::on_actionDecreaseWindowTransparency_triggered()
 void MMainWindow::on_actionRestoreDefaultLayout_triggered()
 {
     m_form->applyDefaultLayout(this);
+    MTools::instance()->hideInterface();
 }
 
 void MMainWindow::on_actionEditSettings_triggered()
@@ -862,6 +873,16 @@ void MMainWindow::on_actionDelete_brush_triggered()
                      tr("Do you want to delete the brush \"%1\"?").arg(brush->description())))
         return;
     list->removeRow(list->currentRow());
+}
+
+void MMainWindow::on_actionEraserMode_toggled(bool checked)
+{
+    MBrush* brush = MBrushList::instance()->currentBrush();
+    if (!brush)
+        return;
+    brush->setEraser(checked);
+    if (m_view)
+        m_view->update();
 }
 
 void MMainWindow::on_actionDuplicate_brush_triggered()

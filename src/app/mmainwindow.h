@@ -133,6 +133,8 @@ private Q_SLOTS:
     void on_actionNew_brush_triggered();
     void on_actionDelete_brush_triggered();
     void on_actionDuplicate_brush_triggered();
+    // The current brush's eraser setting.
+    void on_actionEraserMode_toggled(bool checked);
     void on_actionRename_brush_triggered();
     void on_actionEdit_brush_settings_triggered();
     void on_actionImport_brush_file_triggered();

@@ -7,11 +7,32 @@
 #include "document/mcommandupdatetile.h"
 #include "document/mtexturelayer.h"
 #include "document/mtexturetile.h"
+#include "gpu/mframebuffer.h"
 #include "gpu/mshareddata.h"
+
+#include <QOpenGLContext>
+#include <QOpenGLFunctions>
 
 MEndStrokeRunner::MEndStrokeRunner(MSharedData* sharedData, int index, const MEvent& event, QObject* parent)
     : MRunner(sharedData, parent), m_index(index), m_event(event)
 {
+}
+
+void MEndStrokeRunner::clear(MTextureTile* tile)
+{
+    // Not through a blit: that would keep to the selection, and leave the
+    // stroke's paint outside it for the next stroke to lay again.
+    MFrameBuffer* frameBuffer = m_sharedData->frameBuffer();
+    if (frameBuffer->attachTexture(tile->textureId(), 0)) {
+        QOpenGLFunctions* gl = QOpenGLContext::currentContext()->functions();
+        frameBuffer->bind();
+        gl->glViewport(0, 0, tile->tileSize(), tile->tileSize());
+        gl->glClearColor(0.f, 0.f, 0.f, 0.f);
+        gl->glClear(GL_COLOR_BUFFER_BIT);
+        frameBuffer->detachTexture(0);
+    }
+    frameBuffer->release();
+    tile->updateMipmaps();
 }
 
 void MEndStrokeRunner::run()
@@ -39,7 +60,7 @@ void MEndStrokeRunner::run()
             continue;
         new MCommandUpdateTile(canvas, layerIndex, layerTile, strokeTile, m_sharedData->brush()->opacity(), true,
                                false);
-        canvas->blitTile(strokeTile, nullptr, 1.0, true);
+        clear(strokeTile);
     }
     new MCommandSetPaintedRect(canvas, m_sharedData->paintedRectAtStart(), canvas->paintedRect());
     canvas->endMacro();

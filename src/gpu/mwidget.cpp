@@ -5,12 +5,18 @@
 #include "app/mmousefunctions.h"
 #include "app/msettings.h"
 #include "app/mtablet.h"
+#include "brush/mbrush.h"
+#include "brush/mbrushlist.h"
 #include "document/mcanvas.h"
 #include "gpu/mpaintengine.h"
 #include "gpu/mpaintparams.h"
 #include "gpu/mshareddata.h"
 #include "gpu/mtransform.h"
 #include "gpu/mvertexbuffer.h"
+#include "tools/mcontrol.h"
+#include "tools/mtool.h"
+#include "tools/mtools.h"
+#include "tools/mtoolvalues.h"
 
 #include <QApplication>
 #include <QCursor>
@@ -53,6 +59,7 @@ MWidget::MWidget(QWidget* parent) : QOpenGLWidget(parent), m_filterMode(GL_NEARE
 
     m_transform = new MTransform(this);
     m_canvas = new MCanvas(this);
+    m_toolValues = new MToolValues(this);
     m_updateTimer.start();
     m_eventTimer.start();
 
@@ -62,6 +69,26 @@ MWidget::MWidget(QWidget* parent) : QOpenGLWidget(parent), m_filterMode(GL_NEARE
     connect(m_canvas, QOverload<bool, const QRectF&>::of(&MCanvas::refresh), this, &MWidget::refresh);
     connect(m_canvas, &MCanvas::paintedRectChanged, this, &MWidget::onPaintedRectChanged);
     connect(MSettings::instance(), &MSettings::showGridChanged, this, QOverload<>::of(&QWidget::update));
+    connect(MTools::instance(), &MTools::showText, this, &MWidget::setText);
+}
+
+QVector<MControl*> MWidget::controls() const
+{
+    QVector<MControl*> result;
+    for (const QPointer<MControl>& control : m_controls) {
+        if (control)
+            result.append(control);
+    }
+    return result;
+}
+
+void MWidget::addControl(MControl* control)
+{
+    if (!control || controls().contains(control))
+        return;
+    if (!control->parent())
+        control->setParent(this);
+    m_controls.append(control);
 }
 
 MWidget::~MWidget()
@@ -94,6 +121,15 @@ bool MWidget::isSmooth() const
     return settings->smoothPixels() && settings->smoothMaxScale() > m_transform->scale();
 }
 
+QPointF MWidget::snap(const QPointF& position) const
+{
+    const MTool* grid = drivesTools() ? MTools::instance()->tool(MTool::GridTool) : nullptr;
+    const int size = m_toolValues->value(MToolValues::GridSize).toInt();
+    if (!grid || !grid->visible() || !m_toolValues->value(MToolValues::GridShowGrid).toBool() || size <= 0)
+        return position;
+    return QPointF(std::floor(position.x() / size + 0.5) * size, std::floor(position.y() / size + 0.5) * size);
+}
+
 QString MWidget::stateText() const
 {
     QStringList parts;
@@ -106,8 +142,9 @@ QString MWidget::stateText() const
         parts.append(tr("the current layer is locked"));
     if (m_canvas->hasSelection())
         parts.append(tr("selection is active"));
-    // "brush is in eraser mode" joins here once the current brush is reachable
-    // from the view, through the tool framework.
+    const MBrush* brush = MBrushList::exists() ? MBrushList::instance()->currentBrush() : nullptr;
+    if (brush && brush->eraser())
+        parts.append(tr("brush is in eraser mode"));
     return parts.join(QStringLiteral(" - "));
 }
 
@@ -204,8 +241,17 @@ void MWidget::paintOverlay(QPainter* painter)
     painter->setCompositionMode(QPainter::CompositionMode_SourceOver);
     if (!isSmooth())
         drawPixelGrid(painter);
-    // The current tool paints here, then the on-canvas controls, once the tool
-    // framework exists.
+    if (drivesTools())
+        MTools::instance()->dispatchPaint(painter);
+    if (!m_canvas->strokeInProgress()) {
+        for (MControl* control : controls()) {
+            if (!control->visible())
+                continue;
+            painter->save();
+            control->paint(painter);
+            painter->restore();
+        }
+    }
     drawText(painter, stateText(), MGeometry::TopCenter, 0.5);
     drawText(painter, m_text, MGeometry::BottomCenter, m_textOpacity);
 }
@@ -481,7 +527,16 @@ void MWidget::animationValueChanged(const QVariant& value)
 
 void MWidget::updateCursor(const QPointF& localPos)
 {
-    Q_UNUSED(localPos)
+    // A control under the pointer claims it.
+    for (MControl* control : controls()) {
+        if (!control->visible() || !control->enabled())
+            continue;
+        const QRectF area = control->boundingRect();
+        if (!area.isNull() && m_transform->mapRectToWidget(area).contains(localPos)) {
+            setCursor(Qt::ArrowCursor);
+            return;
+        }
+    }
     const MTextureLayer* layer = m_canvas->current();
     if (layer && (!layer->visible() || layer->locked())) {
         if (m_forbiddenCursor.isNull())
@@ -489,8 +544,8 @@ void MWidget::updateCursor(const QPointF& localPos)
         setCursor(QCursor(m_forbiddenCursor, m_forbiddenCursor.width() / 2, m_forbiddenCursor.height() / 2));
         return;
     }
-    // The current tool chooses the cursor for localPos here once the tool
-    // framework exists; until then, and when it doesn't, the arrow.
+    if (drivesTools() && MTools::instance()->updateCursor(localPos, m_transform->scale()))
+        return;
     setCursor(Qt::ArrowCursor);
 }
 
@@ -504,16 +559,78 @@ void MWidget::updateCursor()
 
 int MWidget::currentToolId() const
 {
-    // The tool framework reports the current tool here; until it exists only
-    // the functions shared by every tool apply.
-    return MMouseFunctions::anyTool;
+    // Before the tools are made only the functions shared by every tool apply.
+    const MTools* tools = MTools::exists() ? MTools::instance() : nullptr;
+    return tools && tools->currentTool() ? tools->currentToolId() : MMouseFunctions::anyTool;
+}
+
+bool MWidget::drivesTools() const
+{
+    return MTools::exists() && MTools::instance()->widget() == this;
+}
+
+double MWidget::toolAccumulatorDistance() const
+{
+    MTool* tool = drivesTools() ? MTools::instance()->currentTool() : nullptr;
+    return tool ? tool->accumulatorDistance() : 0.0;
 }
 
 void MWidget::offerToTools(MEvent* event)
 {
-    // The on-canvas controls, then the tools (press, hover, move, release or
-    // double click by the event's type), take the event here.
-    Q_UNUSED(event)
+    if (!event)
+        return;
+    // A tool with an accumulator distance sees its press at the first move
+    // that is kept: the press waits, and the next event stands in for it.
+    bool releaseAfter = false;
+    if (event->type == 0 && toolAccumulatorDistance() != 0.0) {
+        m_pressHeld = true;
+        return;
+    }
+    if (m_pressHeld) {
+        m_pressHeld = false;
+        // A click without a kept move still ends what its press began.
+        if (event->type == 3)
+            releaseAfter = true;
+        event->type = 0;
+    }
+
+    for (MControl* control : controls()) {
+        if (!control->handleEvent(event))
+            continue;
+        const QRectF area = control->boundingRect();
+        if (area.isEmpty())
+            update();
+        else
+            QWidget::update(m_transform->mapRectToWidget(area).toAlignedRect());
+        return;
+    }
+
+    if (!drivesTools())
+        return;
+    MTools* tools = MTools::instance();
+    switch (event->type) {
+    case 0:
+        tools->dispatchPress(event);
+        break;
+    case 1:
+        tools->dispatchHoverMove(event);
+        break;
+    case 2:
+        tools->dispatchMove(event);
+        break;
+    case 3:
+        tools->dispatchRelease(event);
+        break;
+    case 5:
+        tools->dispatchDoubleClick(event);
+        break;
+    default:
+        break;
+    }
+    if (releaseAfter) {
+        event->type = 3;
+        tools->dispatchRelease(event);
+    }
 }
 
 bool MWidget::isPanButton(int button, Qt::KeyboardModifiers modifiers) const
@@ -522,11 +639,10 @@ bool MWidget::isPanButton(int button, Qt::KeyboardModifiers modifiers) const
            MMouseFunctions::CanvasDrag;
 }
 
-bool MWidget::buildEvent(QMouseEvent* event)
+bool MWidget::buildEvent(QMouseEvent* event, QList<MEvent>& events)
 {
-    MEvent& e = m_currentEvent;
-    const MEvent previous = e;
-    e.reset();
+    events.clear();
+    MEvent e;
     e.buttons = int(event->buttons());
     e.button = m_pressedButton;
     e.device = 1;
@@ -535,73 +651,6 @@ bool MWidget::buildEvent(QMouseEvent* event)
     e.positionX = position.x();
     e.positionY = position.y();
     e.modifiers = event->modifiers();
-    // The current tool's accumulator distance, once tools exist.
-    const double accumulator = 0.0;
-
-    const QPointF movement = position - m_lastEventPosition;
-    const double distance = std::hypot(movement.x(), movement.y());
-    const auto setDirection = [&]() {
-        if (distance > 0.0) {
-            e.directionX = movement.x() / distance;
-            e.directionY = movement.y() / distance;
-        }
-    };
-
-    switch (event->type()) {
-    case QEvent::MouseButtonPress:
-        m_pressed = true;
-        e.type = 0;
-        m_timeAccumulator = 0.0;
-        m_distanceAccumulator = 0.0;
-        m_lastEventPosition = position;
-        e.speed = 2.0;
-        m_eventTimer.start();
-        break;
-    case QEvent::MouseButtonRelease: {
-        m_pressed = false;
-        e.type = 3;
-        setDirection();
-        const double ms = double(m_eventTimer.nsecsElapsed()) / 1e6;
-        e.timeToPrevious = ms;
-        m_timeAccumulator += ms;
-        e.totalTime = m_timeAccumulator;
-        // The distance and speed filters of the stroke smoothing apply to
-        // distance and to distance / ms here.
-        e.distanceToPrevious = distance;
-        m_distanceAccumulator += distance;
-        e.totalDistance = m_distanceAccumulator;
-        e.speed = ms != 0.0 ? distance / ms : previous.speed;
-        m_timeAccumulator = 0.0;
-        break;
-    }
-    case QEvent::MouseButtonDblClick:
-        e.type = 5;
-        break;
-    case QEvent::MouseMove: {
-        e.type = m_pressed ? 2 : 1;
-        // A short move is dropped whole: the last position stays, so that the
-        // distance builds up over the following moves.
-        if (distance < minimumDistance || (accumulator != 0.0 && distance < accumulator)) {
-            e = previous;
-            return false;
-        }
-        setDirection();
-        const double ms = qMax(double(m_eventTimer.nsecsElapsed()) / 1e6, 0.0);
-        e.timeToPrevious = ms;
-        m_timeAccumulator += ms;
-        e.distanceToPrevious = distance;
-        e.speed = ms != 0.0 ? distance / ms : previous.speed;
-        m_distanceAccumulator += distance;
-        e.totalTime = m_timeAccumulator;
-        e.totalDistance = m_distanceAccumulator;
-        m_lastEventPosition = position;
-        m_eventTimer.restart();
-        break;
-    }
-    default:
-        break;
-    }
-
     // A mouse event made by Qt from a tablet event carries the stylus's state,
     // which MTablet kept; a real mouse paints at full pressure.
     const MTablet* tablet = MTablet::instance();
@@ -614,7 +663,74 @@ bool MWidget::buildEvent(QMouseEvent* event)
         e.xTilt = tablet->xTilt();
         e.yTilt = tablet->yTilt();
     }
+    const double ms = double(m_eventTimer.nsecsElapsed()) / 1e6;
+
+    switch (event->type()) {
+    case QEvent::MouseButtonPress:
+        m_pressed = true;
+        events = m_smoother.press(e);
+        m_eventTimer.start();
+        m_strokeTimer.start();
+        record(e, true);
+        break;
+    case QEvent::MouseButtonRelease:
+        events = m_smoother.release(e, ms);
+        if (m_pressed)
+            record(e, false);
+        m_pressed = false;
+        break;
+    case QEvent::MouseButtonDblClick:
+        e.type = 5;
+        events.append(e);
+        break;
+    case QEvent::MouseMove:
+        if (m_pressed) {
+            record(e, false);
+            // A short move is dropped whole: the last position stays, so that
+            // the distance builds up over the following moves.
+            if (!m_smoother.move(e, ms, toolAccumulatorDistance(), events))
+                return false;
+        } else {
+            if (!m_smoother.hover(e, ms, toolAccumulatorDistance()))
+                return false;
+            events.append(e);
+        }
+        m_eventTimer.restart();
+        break;
+    default:
+        return false;
+    }
+    m_currentEvent = e;
     return true;
+}
+
+void MWidget::record(const MEvent& event, bool first)
+{
+    static const QString fileName = qEnvironmentVariable("QUILLMERE_RECORD");
+    if (fileName.isEmpty())
+        return;
+    if (first)
+        m_recordedStroke.clear();
+    MStrokeFile::Sample sample;
+    sample.x = event.positionX;
+    sample.y = event.positionY;
+    sample.pressure = event.pressure;
+    sample.time = first ? 0.0 : double(m_strokeTimer.nsecsElapsed()) / 1e6;
+    sample.xTilt = event.xTilt;
+    sample.yTilt = event.yTilt;
+    m_recordedStroke.append(sample);
+    if (event.type != 3 || first)
+        return;
+    QString error;
+    if (!MStrokeFile::append(fileName, m_recordedStroke, &error))
+        MLogger::systemError(QStringLiteral("MWidget::record"), error);
+    m_recordedStroke.clear();
+}
+
+void MWidget::dispatch(QList<MEvent>& events)
+{
+    for (MEvent& event : events)
+        offerToTools(&event);
 }
 
 void MWidget::mousePressEvent(QMouseEvent* event)
@@ -628,8 +744,9 @@ void MWidget::mousePressEvent(QMouseEvent* event)
         setCursor(Qt::ClosedHandCursor);
         return;
     }
-    buildEvent(event);
-    offerToTools(&m_currentEvent);
+    QList<MEvent> events;
+    if (buildEvent(event, events))
+        dispatch(events);
     update();
 }
 
@@ -645,11 +762,10 @@ void MWidget::mouseMoveEvent(QMouseEvent* event)
         return;
     }
     m_lastMousePosition = event->localPos();
-    if (!buildEvent(event))
+    QList<MEvent> events;
+    if (!buildEvent(event, events))
         return;
-    // The stroke smoothing (history, input filters, subdivision) stands
-    // between the built event and the tools.
-    offerToTools(&m_currentEvent);
+    dispatch(events);
     if (!m_pressed)
         updateCursor(event->localPos());
 }
@@ -664,8 +780,9 @@ void MWidget::mouseReleaseEvent(QMouseEvent* event)
         }
         return;
     }
-    buildEvent(event);
-    offerToTools(&m_currentEvent);
+    QList<MEvent> events;
+    if (buildEvent(event, events))
+        dispatch(events);
     m_pressedButton = 0;
     update();
 }
@@ -674,8 +791,9 @@ void MWidget::mouseDoubleClickEvent(QMouseEvent* event)
 {
     if (m_panning)
         return;
-    buildEvent(event);
-    offerToTools(&m_currentEvent);
+    QList<MEvent> events;
+    if (buildEvent(event, events))
+        dispatch(events);
 }
 
 void MWidget::wheelEvent(QWheelEvent* event)
@@ -684,10 +802,31 @@ void MWidget::wheelEvent(QWheelEvent* event)
     // Alt turns the wheel sideways on some systems.
     const int delta = angle.y() != 0 ? angle.y() : angle.x();
     const Qt::KeyboardModifiers modifiers = event->modifiers();
+    if (!controls().isEmpty()) {
+        MEvent turn;
+        turn.type = 4;
+        turn.modifiers = modifiers;
+        turn.widgetPosition = event->position();
+        const QPointF position = m_transform->mapToCanvas(event->position());
+        turn.positionX = position.x();
+        turn.positionY = position.y();
+        turn.directionY = delta > 0 ? 1.0 : (delta < 0 ? -1.0 : 0.0);
+        for (MControl* control : controls()) {
+            if (control->wheel(&turn)) {
+                event->accept();
+                update();
+                return;
+            }
+        }
+    }
     const int function =
         MMouseFunctions::instance()->function(currentToolId(), MMouseFunctions::noButton, modifiers);
     if (function == MMouseFunctions::NoFunction || modifiers == Qt::AltModifier) {
-        // The current tool's wheel, once the tool framework exists.
+        if (drivesTools() && MTools::instance()->currentTool()) {
+            MTools::instance()->dispatchWheel(event);
+            event->accept();
+            return;
+        }
         event->ignore();
         return;
     }
@@ -762,7 +901,10 @@ void MWidget::keyPressEvent(QKeyEvent* event)
     default:
         break;
     }
-    // Other keys go to the tools once the tool framework exists.
+    if (drivesTools() && MTools::instance()->dispatchKey(event)) {
+        event->accept();
+        return;
+    }
     QOpenGLWidget::keyPressEvent(event);
 }
 

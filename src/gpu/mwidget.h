@@ -1,6 +1,8 @@
 #pragma once
 
 #include "app/mevent.h"
+#include "brush/mstrokefile.h"
+#include "brush/mstrokesmoother.h"
 
 #include <QElapsedTimer>
 #include <QOpenGLWidget>
@@ -10,11 +12,14 @@
 #include <QRectF>
 #include <QString>
 #include <QVariant>
+#include <QVector>
 #include <qopengl.h>
 
 #include <memory>
 
 class MCanvas;
+class MControl;
+class MToolValues;
 class MTransform;
 class MVertexBuffer;
 class QOpenGLVertexArrayObject;
@@ -43,7 +48,6 @@ class MWidget : public QOpenGLWidget
 
 public:
     static constexpr double maximumRefreshRate = 50.0;
-    static constexpr double minimumDistance = 0.2;
     static constexpr int textPixelSize = 25;
     static constexpr int textMargin = 10;
     static constexpr int keyStep = 10;
@@ -56,6 +60,12 @@ public:
 
     MCanvas* canvas() const { return m_canvas; }
     MTransform* transform() const { return m_transform; }
+    // The control points and numbers that tools keep for this view's document.
+    MToolValues* toolValues() const { return m_toolValues; }
+    // The on-canvas controls, which see every event before the tools.
+    QVector<MControl*> controls() const;
+    // Appends a control; one without a parent becomes the view's child.
+    void addControl(MControl* control);
 
     bool firstLayerAsBackground() const { return m_firstLayerAsBackground; }
     QPointF translation() const;
@@ -78,6 +88,9 @@ public:
     QString text() const { return m_text; }
     // The line of states shown at the top: hidden or locked layer, selection, eraser.
     QString stateText() const;
+    // The grid snap: while the grid tool shows its grid, each coordinate
+    // goes to the nearest line; otherwise position as it is.
+    QPointF snap(const QPointF& position) const;
     // The last event built from mouse or stylus input.
     const MEvent& currentEvent() const { return m_currentEvent; }
     // The parameter of the current layer's effect that animationValueChanged writes.
@@ -154,19 +167,32 @@ private:
     void drawPixelGrid(QPainter* painter);
     void drawText(QPainter* painter, const QString& text, int position, double opacity);
     QPointF paintedRectCentre() const;
-    // Fills the current event from a Qt mouse event; false when a move is too
-    // short to be kept.
-    bool buildEvent(QMouseEvent* event);
+    // The events that a Qt mouse event gives, through the stroke smoothing
+    // while a button is down; false when a move is too short to be kept.
+    bool buildEvent(QMouseEvent* event, QList<MEvent>& events);
+    void dispatch(QList<MEvent>& events);
+    // With QUILLMERE_RECORD naming a file, the raw samples of each stroke are
+    // appended to it at the release, to be replayed.
+    void record(const MEvent& event, bool first);
     bool isPanButton(int button, Qt::KeyboardModifiers modifiers) const;
     // The id of the tool whose mouse functions apply.
     int currentToolId() const;
-    // Where each event built from input goes on to the tools.
+    // The current tool's: a move shorter than it is dropped, and a press is
+    // held back to the first move that isn't.
+    double toolAccumulatorDistance() const;
+    // Whether the tools work on this view: they follow one view at a time.
+    bool drivesTools() const;
+    // Where each event built from input goes on to the controls, then the tools.
     void offerToTools(MEvent* event);
 
     MTransform* m_transform = nullptr;
     std::unique_ptr<MVertexBuffer> m_vertexBuffer;
     QElapsedTimer m_updateTimer;
     MCanvas* m_canvas = nullptr;
+    MToolValues* m_toolValues = nullptr;
+    QVector<QPointer<MControl>> m_controls;
+    // A press held back for a tool with an accumulator distance.
+    bool m_pressHeld = false;
     bool m_firstPaint = true;
     QPointF m_lastMousePosition;
     QPointF m_pressPosition;
@@ -175,10 +201,10 @@ private:
     bool m_panning = false;
     bool m_panMode = false;
     MEvent m_currentEvent;
-    QPointF m_lastEventPosition;
     QElapsedTimer m_eventTimer;
-    double m_timeAccumulator = 0.0;
-    double m_distanceAccumulator = 0.0;
+    QElapsedTimer m_strokeTimer;
+    MStrokeSmoother m_smoother;
+    MStrokeFile::Stroke m_recordedStroke;
     double m_alphaFilter = 0.5;
     GLuint m_filterMode;
     QString m_text;

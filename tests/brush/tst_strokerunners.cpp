@@ -322,6 +322,14 @@ void TestStrokeRunners::selectionAndEraser()
     QImage image = layerImage();
     QCOMPARE(alphaAt(image, -250, -300), 255);
     QCOMPARE(alphaAt(image, -150, -300), 0);
+    // Unclipped, as along the selection's own outline: it paints outside too,
+    // and the stroke layer is emptied outside the selection as well.
+    m_canvas->setClipStroke(false);
+    stroke(*plainBrush(), {sample(0, -350, -250), sample(2, -100, -250), sample(3, -100, -250)});
+    m_canvas->setClipStroke(true);
+    QCOMPARE(alphaAt(layerImage(), -150, -250), 255);
+    for (const auto& entry : snapshot(m_canvas->strokeLayer()))
+        QVERIFY(allTransparent(entry.second));
     m_canvas->resetClipPath();
     QVERIFY(!m_canvas->hasSelection());
 

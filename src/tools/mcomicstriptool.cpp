@@ -1,0 +1,3 @@
+#include "tools/mcomicstriptool.h"
+
+MComicStripTool::MComicStripTool(QObject* parent) : MTool(ComicStripTool, parent) {}

@@ -1,0 +1,3 @@
+#include "tools/mfilltool.h"
+
+MFillTool::MFillTool(QObject* parent) : MTool(FillTool, parent) {}

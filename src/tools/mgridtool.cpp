@@ -1,0 +1,3 @@
+#include "tools/mgridtool.h"
+
+MGridTool::MGridTool(QObject* parent) : MTool(GridTool, parent) {}

@@ -1,0 +1,3 @@
+#include "tools/mpantool.h"
+
+MPanTool::MPanTool(QObject* parent) : MTool(PanTool, parent) {}

@@ -1,0 +1,3 @@
+#include "tools/mrotatetool.h"
+
+MRotateTool::MRotateTool(QObject* parent) : MTool(RotateTool, parent) {}

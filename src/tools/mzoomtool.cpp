@@ -1,0 +1,3 @@
+#include "tools/mzoomtool.h"
+
+MZoomTool::MZoomTool(QObject* parent) : MTool(ZoomTool, parent) {}
