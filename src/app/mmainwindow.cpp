@@ -9,6 +9,7 @@
 #include "brush/mbrush.h"
 #include "brush/mbrushlist.h"
 #include "brush/mbrushlistwidget.h"
+#include "colour/mcolorlist.h"
 #include "document/mcanvas.h"
 #include "document/mtexturelayer.h"
 #include "effects/mshader.h"
@@ -20,6 +21,7 @@
 #include "tools/mtools.h"
 
 #include <QAction>
+#include <QColorDialog>
 #include <QApplication>
 #include <QClipboard>
 #include <QCloseEvent>
@@ -820,6 +822,22 @@ void MMainWindow::makeResourcePanels()
     m_brushSettingsWidget = new MBrushSettingsWidget;
     m_brushSettingsWidget->setObjectName(QStringLiteral("brushSettingsWidget"));
     m_form->setDockContent(QStringLiteral("brushSettingsDockWidget"), m_brushSettingsWidget);
+
+    // The colour of strokes, until the colour panels come: the standard
+    // chooser, without its buttons, kept in step with the colour list.
+    auto* colors = new QColorDialog;
+    colors->setObjectName(QStringLiteral("colorChooser"));
+    colors->setWindowFlags(Qt::Widget);
+    colors->setOptions(QColorDialog::NoButtons | QColorDialog::DontUseNativeDialog);
+    colors->setCurrentColor(MColorList::instance()->foregroundColor());
+    connect(colors, &QColorDialog::currentColorChanged, MColorList::instance(),
+            QOverload<const QColor&>::of(&MColorList::setColor));
+    connect(MColorList::instance(), &MColorList::colorChanged, colors,
+            [colors](const QColor& color, Qt::KeyboardModifiers modifiers) {
+                if (!modifiers.testFlag(Qt::ControlModifier) && color != colors->currentColor())
+                    colors->setCurrentColor(color);
+            });
+    m_form->setDockContent(QStringLiteral("colorDockWidget"), colors);
 
     connect(MBrushList::instance(), &MBrushList::currentRowChanged, this, &MMainWindow::validateBrushActions);
     connect(MShaderList::instance(), &MShaderList::currentRowChanged, this,

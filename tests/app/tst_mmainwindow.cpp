@@ -9,6 +9,7 @@
 #include "brush/mbrush.h"
 #include "brush/mbrushlist.h"
 #include "brush/mbrushlistwidget.h"
+#include "colour/mcolorlist.h"
 #include "document/mcanvas.h"
 #include "document/mtexturelayer.h"
 #include "effects/mshader.h"
@@ -19,6 +20,7 @@
 #include "panels/mshaderwidget.h"
 
 #include <QAction>
+#include <QColorDialog>
 #include <QDockWidget>
 #include <QMenu>
 #include <QMenuBar>
@@ -223,6 +225,7 @@ private Q_SLOTS:
     void recentFiles();
     void layoutIsRestored();
     void brushAndEffectCommands();
+    void colourAndEraserMode();
 
 private:
     QuillmereTest::GLContext m_gl;
@@ -560,6 +563,38 @@ void TestMMainWindow::brushAndEffectCommands()
     MBrushList::destroy();
     MShaderList::destroy();
     MUtility::setSystemDataRoot(QString());
+}
+
+void TestMMainWindow::colourAndEraserMode()
+{
+    QVERIFY(m_gl.makeCurrent());
+    ScriptedWindow window;
+    MMainWindowForm* form = window.form();
+    // The chooser in the colours dock sets the colour of strokes, and follows it.
+    auto* chooser = qobject_cast<QColorDialog*>(form->dock(QStringLiteral("colorDockWidget"))->widget());
+    QVERIFY(chooser);
+    QVERIFY(!chooser->isWindow());
+    chooser->setCurrentColor(QColor(200, 30, 60));
+    QCOMPARE(MColorList::instance()->foregroundColor(), QColor(200, 30, 60));
+    MColorList::instance()->setColor(QColor(Qt::darkGreen));
+    QCOMPARE(chooser->currentColor(), QColor(Qt::darkGreen));
+    // Ctrl sets the second colour, which the chooser doesn't show.
+    MColorList::instance()->setColor(QColor(Qt::yellow), Qt::ControlModifier);
+    QCOMPARE(chooser->currentColor(), QColor(Qt::darkGreen));
+    QCOMPARE(MColorList::instance()->backgroundColor(), QColor(Qt::yellow));
+
+    // Eraser mode is the current brush's, shown by the action and the view.
+    MBrush* brush = MBrushList::instance()->currentBrush();
+    QVERIFY(brush);
+    QAction* eraser = form->action(QStringLiteral("actionEraserMode"));
+    QVERIFY(eraser->isCheckable() && eraser->isEnabled());
+    eraser->setChecked(false);
+    eraser->trigger();
+    QVERIFY(brush->eraser());
+    QVERIFY(window.view()->stateText().contains(QStringLiteral("brush is in eraser mode")));
+    eraser->trigger();
+    QVERIFY(!brush->eraser());
+    QVERIFY(!window.view()->stateText().contains(QStringLiteral("eraser")));
 }
 
 QUILLMERE_TEST_MAIN(TestMMainWindow)
