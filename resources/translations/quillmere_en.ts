@@ -686,6 +686,21 @@
     </message>
 </context>
 <context>
+    <name>MBrushTool</name>
+    <message>
+        <source>Follow path</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Symmetry brush stroke: %1, %2</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Brush radius: %1 px.</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
     <name>MCanvas</name>
     <message>
         <source>new document %1.%2</source>
@@ -763,11 +778,26 @@
         <source>Fill tile</source>
         <translation type="unfinished"></translation>
     </message>
+    <message>
+        <source>Brush stroke</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Draw line</source>
+        <translation type="unfinished"></translation>
+    </message>
 </context>
 <context>
     <name>MColorEdit</name>
     <message>
         <source>Choose a color</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>MEndStrokeRunner</name>
+    <message>
+        <source>Brush stroke: %1, %2</source>
         <translation type="unfinished"></translation>
     </message>
 </context>
@@ -2005,6 +2035,110 @@
     </message>
 </context>
 <context>
+    <name>MSymmetryTool</name>
+    <message>
+        <source>Sym. number</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Lock</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Lock control points</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>MTool</name>
+    <message>
+        <source>Layer</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Can&apos;t draw: layer is locked or canvas is empty</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>MToolValues</name>
+    <message>
+        <source>Text</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>MTools</name>
+    <message>
+        <source>Brush tool</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Selection tool</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Line tool</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Fill tool</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Fill selection tool</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Shape tool</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Text tool</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Image tool</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Gradient tool</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Pan tool</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Rotate tool</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Zoom tool</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Grid tool</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Perspective tool</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Symmetry tool</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Comic strip tool</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Ruller tool</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
     <name>MWidget</name>
     <message>
         <source>the current layer is hidden</source>
@@ -2020,6 +2154,10 @@
     </message>
     <message>
         <source>selection is active</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>brush is in eraser mode</source>
         <translation type="unfinished"></translation>
     </message>
 </context>

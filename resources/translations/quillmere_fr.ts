@@ -686,6 +686,21 @@
     </message>
 </context>
 <context>
+    <name>MBrushTool</name>
+    <message>
+        <source>Follow path</source>
+        <translation>Suivre le tracé</translation>
+    </message>
+    <message>
+        <source>Symmetry brush stroke: %1, %2</source>
+        <translation>Coup de pinceau symétrique : %1, %2</translation>
+    </message>
+    <message>
+        <source>Brush radius: %1 px.</source>
+        <translation>Rayon du pinceau : %1 px.</translation>
+    </message>
+</context>
+<context>
     <name>MCanvas</name>
     <message>
         <source>new document %1.%2</source>
@@ -763,12 +778,27 @@
         <source>Fill tile</source>
         <translation>Remplir la tuile</translation>
     </message>
+    <message>
+        <source>Brush stroke</source>
+        <translation>Coup de pinceau</translation>
+    </message>
+    <message>
+        <source>Draw line</source>
+        <translation>Tracer une ligne</translation>
+    </message>
 </context>
 <context>
     <name>MColorEdit</name>
     <message>
         <source>Choose a color</source>
         <translation>Choisir une couleur</translation>
+    </message>
+</context>
+<context>
+    <name>MEndStrokeRunner</name>
+    <message>
+        <source>Brush stroke: %1, %2</source>
+        <translation>Coup de pinceau : %1, %2</translation>
     </message>
 </context>
 <context>
@@ -2005,6 +2035,110 @@
     </message>
 </context>
 <context>
+    <name>MSymmetryTool</name>
+    <message>
+        <source>Sym. number</source>
+        <translation>Nb. sym.</translation>
+    </message>
+    <message>
+        <source>Lock</source>
+        <translation>Verrouiller</translation>
+    </message>
+    <message>
+        <source>Lock control points</source>
+        <translation>Verrouiller les points de contrôle</translation>
+    </message>
+</context>
+<context>
+    <name>MTool</name>
+    <message>
+        <source>Layer</source>
+        <translation>Calque</translation>
+    </message>
+    <message>
+        <source>Can&apos;t draw: layer is locked or canvas is empty</source>
+        <translation>Dessin impossible : le calque est verrouillé ou le canevas est vide</translation>
+    </message>
+</context>
+<context>
+    <name>MToolValues</name>
+    <message>
+        <source>Text</source>
+        <translation>Texte</translation>
+    </message>
+</context>
+<context>
+    <name>MTools</name>
+    <message>
+        <source>Brush tool</source>
+        <translation>Outil pinceau</translation>
+    </message>
+    <message>
+        <source>Selection tool</source>
+        <translation>Outil de sélection</translation>
+    </message>
+    <message>
+        <source>Line tool</source>
+        <translation>Outil ligne</translation>
+    </message>
+    <message>
+        <source>Fill tool</source>
+        <translation>Outil de remplissage</translation>
+    </message>
+    <message>
+        <source>Fill selection tool</source>
+        <translation>Outil de sélection par remplissage</translation>
+    </message>
+    <message>
+        <source>Shape tool</source>
+        <translation>Outil forme</translation>
+    </message>
+    <message>
+        <source>Text tool</source>
+        <translation>Outil texte</translation>
+    </message>
+    <message>
+        <source>Image tool</source>
+        <translation>Outil image</translation>
+    </message>
+    <message>
+        <source>Gradient tool</source>
+        <translation>Outil dégradé</translation>
+    </message>
+    <message>
+        <source>Pan tool</source>
+        <translation>Outil main</translation>
+    </message>
+    <message>
+        <source>Rotate tool</source>
+        <translation>Outil rotation</translation>
+    </message>
+    <message>
+        <source>Zoom tool</source>
+        <translation>Outil zoom</translation>
+    </message>
+    <message>
+        <source>Grid tool</source>
+        <translation>Outil grille</translation>
+    </message>
+    <message>
+        <source>Perspective tool</source>
+        <translation>Outil perspective</translation>
+    </message>
+    <message>
+        <source>Symmetry tool</source>
+        <translation>Outil symétrie</translation>
+    </message>
+    <message>
+        <source>Comic strip tool</source>
+        <translation>Outil bande dessinée</translation>
+    </message>
+    <message>
+        <source>Ruller tool</source>
+        <translation>Outil règle</translation>
+    </message>
+</context>
+<context>
     <name>MWidget</name>
     <message>
         <source>the current layer is hidden</source>
@@ -2021,6 +2155,10 @@
     <message>
         <source>selection is active</source>
         <translation>la sélection est active</translation>
+    </message>
+    <message>
+        <source>brush is in eraser mode</source>
+        <translation>le pinceau est en mode gomme</translation>
     </message>
 </context>
 </TS>
