@@ -179,12 +179,12 @@ void MBrushTool::stroke(MEvent* event)
     auto* symmetry = qobject_cast<MSymmetryTool*>(MTools::instance()->tool(SymmetryTool));
     const QPointF position(event->positionX, event->positionY);
     const QPolygonF points = symmetry ? symmetry->symmetryPoints(position) : QPolygonF({position});
-    const bool mirrored = points.size() > 1;
-    if (mirrored && event->type == 0) {
+    if (points.size() > 1 && event->type == 0 && !m_symmetryMacro) {
         const MBrush* brush = MBrushList::instance()->currentBrush();
         target->beginMacro(tr("Symmetry brush stroke: %1, %2")
                                .arg(brush ? brush->description() : QString(),
                                     MColorList::instance()->foregroundColor().name()));
+        m_symmetryMacro = true;
     }
     for (int i = 0; i < points.size() && i <= 29; ++i) {
         MEvent image = *event;
@@ -192,8 +192,11 @@ void MBrushTool::stroke(MEvent* event)
         image.positionY = points.at(i).y();
         target->stroke(image, i);
     }
-    if (mirrored && event->type == 3)
+    // Closed by the release even when the symmetry went off during the stroke.
+    if (m_symmetryMacro && event->type == 3) {
         target->endMacro();
+        m_symmetryMacro = false;
+    }
 }
 
 bool MBrushTool::mousePressEvent(MEvent* event)

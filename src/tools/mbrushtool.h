@@ -78,6 +78,8 @@ private:
     int m_cursorDiameter = -1;
     QCursor m_crossCursor = QCursor(Qt::ArrowCursor);
     bool m_crossCursorBuilt = false;
+    // The undo macro of a mirrored stroke is open.
+    bool m_symmetryMacro = false;
     QPointF m_startPoint;
     QPointF m_endPoint;
 };

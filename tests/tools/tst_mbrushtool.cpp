@@ -232,6 +232,16 @@ void TestMBrushTool::symmetricImagesAreMirrored()
         QVERIFY2(alphaAt(four, p.x(), p.y()) == 255, qPrintable(QStringLiteral("%1,%2").arg(p.x()).arg(p.y())));
     QCOMPARE(canvas->undoStack()->count(), 1);
     symmetry->setSymmetryNumber(1);
+
+    // Symmetry switched off during a stroke: the release still closes its step.
+    sendMouse(m_view, QEvent::MouseButtonPress, QPointF(-250, 100), Qt::LeftButton, Qt::LeftButton);
+    sendMouse(m_view, QEvent::MouseMove, QPointF(-200, 100), Qt::NoButton, Qt::LeftButton);
+    tools->activate(MTool::SymmetryTool, false);
+    sendMouse(m_view, QEvent::MouseMove, QPointF(-150, 100), Qt::NoButton, Qt::LeftButton);
+    sendMouse(m_view, QEvent::MouseButtonRelease, QPointF(-150, 100), Qt::LeftButton, Qt::NoButton);
+    QCOMPARE(MCanvas::macroBeginCount(), MCanvas::macroEndCount());
+    QCOMPARE(canvas->undoStack()->count(), 2);
+    QVERIFY(canvas->undoStack()->text(1).startsWith(QStringLiteral("Symmetry brush stroke: ")));
 }
 
 void TestMBrushTool::straightLineOfTwoClicks()
