@@ -232,6 +232,14 @@ void MWidget::paintGlHalf()
     // The engine may have gone to the canvas's context for a texture.
     if (QOpenGLContext::currentContext() != context())
         makeCurrent();
+    if (!m_canvas->strokeInProgress()) {
+        for (MControl* control : controls()) {
+            if (control->visible())
+                control->render();
+        }
+        if (QOpenGLContext::currentContext() != context())
+            makeCurrent();
+    }
 }
 
 void MWidget::paintOverlay(QPainter* painter)

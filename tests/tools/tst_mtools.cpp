@@ -144,6 +144,7 @@ public:
     QStringList calls;
 
     QRectF boundingRect() override { return m_area; }
+    void render() override { m_paintLog->append(QStringLiteral("control render")); }
     void paint(QPainter*) override { m_paintLog->append(QStringLiteral("control")); }
     bool mousePress(MEvent* event) override { return take("press", event); }
     bool mouseMove(MEvent* event) override { return take("move", event); }
@@ -652,6 +653,10 @@ void TestMTools::paintOrder()
         const int at = m_paintLog.indexOf(QString::fromLatin1(tool));
         QVERIFY2(at >= 0 && at < controlAt, qPrintable(m_paintLog.join(QStringLiteral(", "))));
     }
+    // The controls' GL pass comes with the layers, before any painter work.
+    const int renderAt = m_paintLog.indexOf(QStringLiteral("control render"));
+    QVERIFY2(renderAt >= 0 && renderAt < m_paintLog.indexOf(QStringLiteral("tool 100")),
+             qPrintable(m_paintLog.join(QStringLiteral(", "))));
 }
 
 void TestMTools::hitTestThroughTheView()
