@@ -333,10 +333,21 @@ float getAlphaAntialiasedTexture(vec2 uv)
     return sum / 64.0;
 }
 
+// The distance measure of a shape at q = |uv - 0.5|: (qx^p + qy^p) / (2 * 0.5^p),
+// with p = 2 for the ellipse and 7 for the rounded rectangle. Written with
+// products: pow with an exponent known only when the program runs is slow.
+float shapeDistance(vec2 q, int shape)
+{
+    if (shape == 0)
+        return 2.0 * dot(q, q);
+    vec2 q2 = q * q;
+    vec2 q7 = q2 * q2 * q2 * q;
+    return (q7.x + q7.y) * 64.0;
+}
+
 float getAlphaShape(vec2 uv, int shape, float hardness)
 {
-    float p = shape == 0 ? 2.0 : 7.0;
-    float d = (pow(abs(uv.x - 0.5), p) + pow(abs(uv.y - 0.5), p)) / (2.0 * pow(0.5, p));
+    float d = shapeDistance(abs(uv - 0.5), shape);
     float inner = hardness / 2.0;
     const float outer = 0.5;
     if (d < inner)
@@ -351,6 +362,16 @@ float getAlphaAntialiasedShape(vec2 uv, int shape, float hardness)
     float pixel = 1.0 / (2.0 * f_radius);
     float sampleStep = pixel / 8.0;
     vec2 origin = uv - vec2(pixel / 2.0) + vec2(sampleStep / 2.0);
+    // Where all the samples lie on one side of the soft edge they are all
+    // equal, and so is their mean: only pixels on the edge are sampled.
+    vec2 low = origin - 0.5;
+    vec2 high = origin + vec2(7.0 * sampleStep) - 0.5;
+    float nearest = shapeDistance(max(max(low, -high), 0.0), shape);
+    float farthest = shapeDistance(max(abs(low), abs(high)), shape);
+    if (farthest < hardness / 2.0)
+        return hardness;
+    if (nearest >= 0.5)
+        return 0.0;
     float sum = 0.0;
     for (int i = 0; i < 8; ++i)
         for (int j = 0; j < 8; ++j)
@@ -496,6 +517,10 @@ vec3 blendByMode(int mode, vec3 S, vec3 D)
 // blend factors (Z = 0).
 vec4 getStandardComposition(vec3 Sc, float alpha)
 {
+    // Foreground over reduces to the source whatever the layer holds: the
+    // layer needn't be read.
+    if (f_compositionMode == M_FOREGROUNDOVER && !f_inheritAlphaCurrent)
+        return vec4(Sc * alpha, alpha);
     vec4 Dca = texture(f_currentLayerTexture, v_texCoords1);
     vec4 Sca = vec4(Sc * alpha, alpha);
     vec3 Dc = unmultiply(Dca);
