@@ -1,5 +1,7 @@
 #include "cli/mclicommand.h"
 
+#include "document/mcanvas.h"
+
 #include "gpu/mopengl.h"
 
 #include <QOpenGLContext>
@@ -51,6 +53,34 @@ bool MCliCommand::initializeOpenGL(QTextStream& err)
         return false;
     }
     return true;
+}
+
+int MCliCommand::openDocument(MCanvas& canvas, const QString& fileName, int layer, QTextStream& err)
+{
+    if (!canvas.isGlInitialized()) {
+        err << "quillmere-cli: the document's OpenGL context could not be made\n";
+        return 1;
+    }
+    if (!canvas.load(fileName)) {
+        err << "quillmere-cli: cannot read " << fileName << ": " << readResultText(canvas.lastError()) << " (code "
+            << canvas.lastError() << ")\n";
+        return 1;
+    }
+    if (layer >= canvas.count()) {
+        err << "quillmere-cli: " << fileName << " has " << canvas.count() << " layers; there is no row " << layer
+            << "\n";
+        return 2;
+    }
+    return 0;
+}
+
+int MCliCommand::layerArgument(const QStringList& arguments, int& index)
+{
+    if (index + 1 >= arguments.size())
+        return -1;
+    bool ok = false;
+    const int value = arguments.at(++index).toInt(&ok);
+    return ok && value >= 0 ? value : -1;
 }
 
 int MCliCommand::usageFailure(QTextStream& err, const QString& why) const

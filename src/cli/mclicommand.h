@@ -3,6 +3,7 @@
 #include <QString>
 #include <QStringList>
 
+class MCanvas;
 class QTextStream;
 
 // One command of quillmere-cli, named by its words ("effect check").
@@ -25,6 +26,11 @@ public:
     // 1 that the input had errors, 2 a usage error.
     virtual int run(const QStringList& arguments, QTextStream& out, QTextStream& err) = 0;
 
+    // The value of "--layer N" at arguments[index + 1], stepping index over
+    // it; -1 when it isn't a row number from 0.
+    static int layerArgument(const QStringList& arguments, int& index);
+    static QString layerArgumentError() { return QStringLiteral("--layer needs a row number from 0"); }
+
 protected:
     // Prints why, when given, and the command's usage line on err; returns
     // the exit status of a usage error.
@@ -35,4 +41,7 @@ protected:
     // The driver probe and a 3.3 core shared context, as the program needs
     // them to hold a document; false with a message on err otherwise.
     static bool initializeOpenGL(QTextStream& err);
+    // Reads the document into canvas and checks that it has a row of layer
+    // (-1: no row asked for). 0, or the exit status with a message on err.
+    static int openDocument(MCanvas& canvas, const QString& fileName, int layer, QTextStream& err);
 };

@@ -46,11 +46,9 @@ QString parse(const QStringList& arguments, Options* options)
                 return QStringLiteral("--color needs a colour written #RRGGBB");
             options->color = QColor(arguments.at(++i));
         } else if (argument == QLatin1String("--layer")) {
-            bool ok = false;
-            const int value = hasValue ? arguments.at(++i).toInt(&ok) : -1;
-            if (!ok || value < 0)
-                return QStringLiteral("--layer needs a row number from 0");
-            options->layer = value;
+            options->layer = MCliCommand::layerArgument(arguments, i);
+            if (options->layer < 0)
+                return MCliCommand::layerArgumentError();
         } else if (argument.startsWith(QLatin1String("--"))) {
             return QStringLiteral("unexpected argument: %1").arg(argument);
         } else {
@@ -181,20 +179,8 @@ int MCliPaint::run(const QStringList& arguments, QTextStream& out, QTextStream& 
     if (!initializeOpenGL(err))
         return 1;
     MCanvas canvas;
-    if (!canvas.isGlInitialized()) {
-        err << "quillmere-cli: the document's OpenGL context could not be made\n";
-        return 1;
-    }
-    if (!canvas.load(options.document)) {
-        err << "quillmere-cli: cannot read " << options.document << ": " << readResultText(canvas.lastError())
-            << " (code " << canvas.lastError() << ")\n";
-        return 1;
-    }
-    if (options.layer >= canvas.count()) {
-        err << "quillmere-cli: " << options.document << " has " << canvas.count() << " layers; there is no row "
-            << options.layer << "\n";
-        return 2;
-    }
+    if (const int status = openDocument(canvas, options.document, options.layer, err))
+        return status;
     canvas.setCurrentRow(options.layer >= 0 ? options.layer : canvas.count() - 1);
     if (!canvas.canPaint()) {
         err << "quillmere-cli: layer " << canvas.currentRow() << " of " << options.document

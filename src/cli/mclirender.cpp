@@ -45,11 +45,9 @@ QString parse(const QStringList& arguments, Options* options)
                 return QStringLiteral("%1 needs a positive whole number").arg(argument);
             (argument == QLatin1String("--width") ? options->width : options->height) = value;
         } else if (argument == QLatin1String("--layer")) {
-            bool ok = false;
-            const int value = hasValue ? arguments.at(++i).toInt(&ok) : -1;
-            if (!ok || value < 0)
-                return QStringLiteral("--layer needs a row number from 0");
-            options->layer = value;
+            options->layer = MCliCommand::layerArgument(arguments, i);
+            if (options->layer < 0)
+                return MCliCommand::layerArgumentError();
         } else if (argument.startsWith(QLatin1String("--"))) {
             return QStringLiteral("unexpected argument: %1").arg(argument);
         } else {
@@ -105,20 +103,8 @@ int MCliRender::run(const QStringList& arguments, QTextStream& out, QTextStream&
     }
 
     MCanvas canvas;
-    if (!canvas.isGlInitialized()) {
-        err << "quillmere-cli: the document's OpenGL context could not be made\n";
-        return 1;
-    }
-    if (!canvas.load(options.document)) {
-        err << "quillmere-cli: cannot read " << options.document << ": " << readResultText(canvas.lastError())
-            << " (code " << canvas.lastError() << ")\n";
-        return 1;
-    }
-    if (options.layer >= canvas.count()) {
-        err << "quillmere-cli: " << options.document << " has " << canvas.count()
-            << " layers; there is no row " << options.layer << "\n";
-        return 2;
-    }
+    if (const int status = openDocument(canvas, options.document, options.layer, err))
+        return status;
 
     const QSizeF page = canvas.paintedRect().size();
     if (page.width() < 1 || page.height() < 1) {

@@ -4,6 +4,7 @@
 // page growing under a stroke, and undo and redo restoring exact bytes.
 
 #include "support/glcontext.h"
+#include "support/tilebytes.h"
 #include "support/logwatch.h"
 #include "support/testenvironment.h"
 
@@ -21,11 +22,11 @@
 #include <QTemporaryDir>
 #include <QUndoStack>
 
-#include <map>
-
 namespace {
 
-constexpr int tileBytes = 512 * 512 * 4;
+using QuillmereTest::Snapshot;
+using QuillmereTest::snapshot;
+
 const QRectF page(-500, -500, 1000, 1000);
 
 MEvent sample(int type, double x, double y, double pressure = 1.0)
@@ -50,28 +51,6 @@ std::unique_ptr<MBrush> plainBrush(double radius = 10.0, double spacing = 7.0)
     brush->setBaseValue(MEnum::bsHardness, 1.0);
     brush->setBaseValue(MEnum::bsAntialiasing, MEnum::NoAntialiasing);
     return brush;
-}
-
-struct RectLess
-{
-    bool operator()(const QRect& a, const QRect& b) const
-    {
-        return std::make_pair(a.y(), a.x()) < std::make_pair(b.y(), b.x());
-    }
-};
-using Snapshot = std::map<QRect, QByteArray, RectLess>;
-
-Snapshot snapshot(MTextureLayer* layer)
-{
-    Snapshot result;
-    for (int i = 0; layer && i < layer->tileCount(); ++i) {
-        auto* tile = dynamic_cast<MTextureTile*>(layer->tile(i));
-        QByteArray bytes(tileBytes, char(0xAB));
-        if (!tile || !tile->toBuffer(bytes.data()))
-            bytes.clear();
-        result[tile ? tile->rect() : QRect()] = bytes;
-    }
-    return result;
 }
 
 bool allTransparent(const QByteArray& bytes)

@@ -4,6 +4,7 @@
 
 #include "support/clirun.h"
 #include "support/glcontext.h"
+#include "support/tilebytes.h"
 
 #include "brush/mbrush.h"
 #include "brush/mbrushstream.h"
@@ -34,17 +35,8 @@ QJsonArray wave(double y, int samples = 60)
     return stroke;
 }
 
-bool writeFile(const QString& path, const QByteArray& data)
-{
-    QFile file(path);
-    return file.open(QIODevice::WriteOnly) && file.write(data) == data.size();
-}
-
-QByteArray readFile(const QString& path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
+using QuillmereTest::readFile;
+using QuillmereTest::writeFile;
 
 } // namespace
 

@@ -1,4 +1,5 @@
 #include "support/glcontext.h"
+#include "support/tilebytes.h"
 #include "support/testenvironment.h"
 
 #include "app/mutility.h"
@@ -15,6 +16,9 @@
 #include <map>
 
 namespace {
+
+using QuillmereTest::Snapshot;
+using QuillmereTest::snapshot;
 
 constexpr int tileBytes = 512 * 512 * 4;
 
@@ -33,29 +37,6 @@ bool paint(MTextureLayer* layer, const QPointF& at, const QByteArray& content)
 {
     auto* tile = dynamic_cast<MTextureTile*>(layer->addTile(at));
     return tile && tile->isCreated() && tile->setData(static_cast<const void*>(content.constData()));
-}
-
-struct RectLess
-{
-    bool operator()(const QRect& a, const QRect& b) const
-    {
-        return std::make_pair(a.y(), a.x()) < std::make_pair(b.y(), b.x());
-    }
-};
-using Snapshot = std::map<QRect, QByteArray, RectLess>;
-
-// Every tile of the layer, read back from the GPU, by its rectangle.
-Snapshot snapshot(MTextureLayer* layer)
-{
-    Snapshot result;
-    for (int i = 0; layer && i < layer->tileCount(); ++i) {
-        auto* tile = dynamic_cast<MTextureTile*>(layer->tile(i));
-        QByteArray bytes(tileBytes, char(0xAB));
-        if (!tile || !tile->toBuffer(bytes.data()))
-            bytes.clear();
-        result[tile ? tile->rect() : QRect()] = bytes;
-    }
-    return result;
 }
 
 QList<Snapshot> snapshotAll(MCanvas& canvas)

@@ -1,11 +1,16 @@
 #pragma once
 
 #include "document/mtexturetile.h"
+#include "document/mtiledlayer.h"
 
 #include <QByteArray>
 #include <QFile>
 #include <QRandomGenerator>
+#include <QRect>
 #include <QString>
+
+#include <map>
+#include <utility>
 
 namespace QuillmereTest {
 
@@ -29,6 +34,26 @@ inline QByteArray readBack(MTile* tile)
     if (!textureTile || !textureTile->toBuffer(bytes.data()))
         return QByteArray();
     return bytes;
+}
+
+struct RectLess
+{
+    bool operator()(const QRect& a, const QRect& b) const
+    {
+        return std::make_pair(a.y(), a.x()) < std::make_pair(b.y(), b.x());
+    }
+};
+// Every tile of a layer read back from the GPU, by its rectangle, in row order.
+using Snapshot = std::map<QRect, QByteArray, RectLess>;
+
+inline Snapshot snapshot(MTiledLayer* layer)
+{
+    Snapshot result;
+    for (int i = 0; layer && i < layer->tileCount(); ++i) {
+        MTile* tile = layer->tile(i);
+        result[tile ? tile->rect() : QRect()] = readBack(tile);
+    }
+    return result;
 }
 
 inline QByteArray readFile(const QString& path)
