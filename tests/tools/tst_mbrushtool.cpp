@@ -6,6 +6,7 @@
 #include "support/clirun.h"
 #include "support/glcontext.h"
 #include "support/testenvironment.h"
+#include "support/toolwindow.h"
 
 #include "app/mevent.h"
 #include "app/mmainwindowform.h"
@@ -22,7 +23,6 @@
 #include "tools/msymmetrytool.h"
 #include "tools/mtools.h"
 
-#include <QDockWidget>
 #include <QFile>
 #include <QMainWindow>
 #include <QTemporaryDir>
@@ -120,19 +120,9 @@ void TestMBrushTool::initTestCase()
     brush->setBaseValue(MEnum::bsSpacing, 1.0);
 
     m_window = std::make_unique<QMainWindow>();
-    m_form.setupUi(m_window.get());
-    for (QDockWidget* dock : m_form.docks())
-        dock->hide();
-    m_view = new MWidget(m_window.get());
-    m_window->setCentralWidget(m_view);
-    m_window->resize(1300, 900);
-    m_window->show();
-    QVERIFY(QTest::qWaitForWindowExposed(m_window.get()));
-    QTRY_VERIFY2_WITH_TIMEOUT(m_view->isGlReady(), "the view's GL never came up", 60000);
-    QTest::qWait(800);
+    const QString why = QuillmereTest::openToolWindow(m_window.get(), &m_form, &m_view, QSize(1300, 900));
+    QVERIFY2(why.isEmpty(), qPrintable(why));
     MTools* tools = MTools::instance();
-    tools->set_widget(m_view);
-    tools->init(m_window.get());
     QCOMPARE(tools->currentToolId(), int(MTool::BrushTool));
     QVERIFY(brushTool());
     QVERIFY(m_view->width() > 1000 && m_view->height() > 700);

@@ -4,6 +4,7 @@
 
 #include "support/glcontext.h"
 #include "support/testenvironment.h"
+#include "support/toolwindow.h"
 
 #include "app/mevent.h"
 #include "app/mmainwindowform.h"
@@ -19,7 +20,6 @@
 
 #include <QAction>
 #include <QActionGroup>
-#include <QDockWidget>
 #include <QLabel>
 #include <QMainWindow>
 #include <QSignalSpy>
@@ -223,22 +223,8 @@ void TestMTools::initTestCase()
     QVERIFY2(m_context.create(), qPrintable(m_context.why()));
     qRegisterMetaType<MTool*>();
     m_window = std::make_unique<QMainWindow>();
-    m_form.setupUi(m_window.get());
-    // The view gets the whole window, so that every point used lies on it.
-    for (QDockWidget* dock : m_form.docks())
-        dock->hide();
-    m_view = new MWidget(m_window.get());
-    m_window->setCentralWidget(m_view);
-    m_window->resize(1200, 900);
-    m_window->show();
-    QVERIFY(QTest::qWaitForWindowExposed(m_window.get()));
-    QTRY_VERIFY2_WITH_TIMEOUT(m_view->isGlReady(), "the view's GL never came up", 60000);
-    // The opening animation of the view runs its course first.
-    QTest::qWait(800);
-
-    MTools* tools = MTools::instance();
-    tools->set_widget(m_view);
-    tools->init(m_window.get());
+    const QString why = QuillmereTest::openToolWindow(m_window.get(), &m_form, &m_view, QSize(1200, 900));
+    QVERIFY2(why.isEmpty(), qPrintable(why));
     resetTransform();
     QVERIFY2(m_view->width() > 640 && m_view->height() > 480,
              qPrintable(QStringLiteral("%1 x %2").arg(m_view->width()).arg(m_view->height())));
