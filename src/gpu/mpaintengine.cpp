@@ -47,27 +47,25 @@ QPoint cellOf(const QPointF& point, int inner)
     return QPoint(int(std::floor(point.x() / inner)), int(std::floor(point.y() / inner)));
 }
 
-// Limits drawing to the window box of the clip rectangle while it lives.
-// Cells that only touch the clip with their margin are still visited, but
-// their pixels outside the clip cost nothing; the previous scissor state
-// comes back on destruction.
+// Limits drawing to the pixels whose centres lie in the clip rectangle while
+// it lives, and tells which cells can reach one of them: a cell that only
+// meets the clip with its margin is visited but needs no draw. The previous
+// scissor state comes back on destruction.
 class ScissorGuard
 {
 public:
-    ScissorGuard(QOpenGLFunctions* gl, const MPaintParams* params, double ratio) : m_gl(gl)
+    ScissorGuard(QOpenGLFunctions* gl, const MPaintParams* params, double ratio)
+        : m_gl(gl), m_params(params), m_ratio(ratio)
     {
         if (!params->clipToRect || !params->transform || params->clipRect.isEmpty())
             return;
-        const QRectF scaled(params->viewRect.topLeft() * ratio, params->viewRect.size() * ratio);
-        QRectF box = params->transform->mapRectToWidget(params->clipRect);
-        box.translate(-params->viewRect.topLeft());
-        box = QRectF(box.topLeft() * ratio, box.size() * ratio);
-        // From top-down widget pixels to bottom-up window pixels, one pixel
-        // wider on each side so that no edge pixel is lost to rounding.
-        const int x0 = int(std::floor(scaled.x() + box.left())) - 1;
-        const int x1 = int(std::ceil(scaled.x() + box.right())) + 1;
-        const int y0 = int(std::floor(scaled.y() + scaled.height() - box.bottom())) - 1;
-        const int y1 = int(std::ceil(scaled.y() + scaled.height() - box.top())) + 1;
+        // Pixel centres sit at half-integers; a centre on the edge belongs to
+        // the rectangle, give or take rounding.
+        const QRectF box = windowBox(params->clipRect);
+        const int x0 = int(std::ceil(box.left() - 0.5 - tolerance));
+        const int x1 = int(std::floor(box.right() - 0.5 + tolerance)) + 1;
+        const int y0 = int(std::ceil(box.top() - 0.5 - tolerance));
+        const int y1 = int(std::floor(box.bottom() - 0.5 + tolerance)) + 1;
         QRect window(QPoint(x0, y0), QPoint(x1 - 1, y1 - 1));
         m_wasEnabled = gl->glIsEnabled(GL_SCISSOR_TEST);
         gl->glGetIntegerv(GL_SCISSOR_BOX, m_previous);
@@ -77,6 +75,7 @@ public:
             window = QRect(0, 0, 0, 0);
         gl->glEnable(GL_SCISSOR_TEST);
         gl->glScissor(window.x(), window.y(), window.width(), window.height());
+        m_window = window;
         m_active = true;
     }
     ~ScissorGuard()
@@ -90,11 +89,45 @@ public:
     ScissorGuard(const ScissorGuard&) = delete;
     ScissorGuard& operator=(const ScissorGuard&) = delete;
 
+    // Whether a quad over this canvas rectangle can cover a pixel centre
+    // inside the scissor; rounding counts in favour of drawing.
+    bool reaches(const QRectF& canvasRect) const
+    {
+        if (!m_active)
+            return true;
+        if (m_window.isEmpty())
+            return false;
+        const QRectF quad = windowBox(canvasRect);
+        return quad.left() - tolerance <= m_window.right() + 0.5 &&
+               quad.right() + tolerance >= m_window.left() + 0.5 &&
+               quad.top() - tolerance <= m_window.bottom() + 0.5 &&
+               quad.bottom() + tolerance >= m_window.top() + 0.5;
+    }
+
 private:
+    static constexpr double tolerance = 1e-3;
+
+    // A canvas rectangle's bounding box in bottom-up window pixels.
+    QRectF windowBox(const QRectF& canvasRect) const
+    {
+        const QRectF view = m_params->viewRect;
+        const QRectF mapped = m_params->transform->mapRectToWidget(canvasRect);
+        const double left = mapped.left() * m_ratio;
+        const double right = mapped.right() * m_ratio;
+        // The viewport starts at the view's corner, so its top edge is at
+        // y + height in bottom-up pixels.
+        const double bottom = (2 * view.y() + view.height() - mapped.top()) * m_ratio;
+        const double top = (2 * view.y() + view.height() - mapped.bottom()) * m_ratio;
+        return QRectF(QPointF(left, top), QPointF(right, bottom));
+    }
+
     QOpenGLFunctions* m_gl;
+    const MPaintParams* m_params;
+    double m_ratio;
     bool m_active = false;
     GLboolean m_wasEnabled = GL_FALSE;
     GLint m_previous[4] = {0, 0, 0, 0};
+    QRect m_window;
 };
 
 } // namespace
@@ -249,7 +282,9 @@ unsigned MPaintEngine::tileTexture(MTextureLayer* layer, const QPointF& point)
 void MPaintEngine::drawQuad(MPaintParams* params, const QString& programName, const QMatrix4x4& matrix,
                             QOpenGLTexture* texture, bool smooth)
 {
-    QOpenGLShaderProgram* program = params->programList->bindWithAttributes(programName, params->vertexArray);
+    // The painted-rectangle test is off for these quads, so it is left out.
+    QOpenGLShaderProgram* program = params->programList->bindWithAttributes(
+        programName, params->vertexArray, MShaderProgramList::InsidePaintedRect);
     if (!program) {
         MLogger::systemError(QStringLiteral("MPaintEngine::drawQuad"),
                              QStringLiteral("Unable to find a shader program"));
@@ -388,8 +423,8 @@ void MPaintEngine::drawWidgetRectangle(MPaintParams* params, const QRectF& rect,
     m_vertexBuffer->bind();
     m_vertexBuffer->clear();
     m_vertexBuffer->appendQuad(rect, QRectF(0, 0, 1, 1), color, 0);
-    QOpenGLShaderProgram* program =
-        params->programList->bindWithAttributes(QStringLiteral("color"), params->vertexArray);
+    QOpenGLShaderProgram* program = params->programList->bindWithAttributes(
+        QStringLiteral("color"), params->vertexArray, MShaderProgramList::InsidePaintedRect);
     if (program) {
         program->setUniformValue("mvp", matrix);
         program->setUniformValue("f_opacity", float(opacity));
@@ -405,7 +440,6 @@ void MPaintEngine::drawLayers(MPaintParams* params)
 {
     if (!params || !m_canvas->isGlInitialized() || m_canvas->count() == 0)
         return;
-    const ScissorGuard scissor(this, params, params->useDevicePixelRatio ? devicePixelRatio() : 1.0);
     const int count = m_canvas->count();
     const int current = m_canvas->currentRow();
     int first = 0;
@@ -500,7 +534,6 @@ void MPaintEngine::drawLayer(MPaintParams* params)
     int wrapS = GL_CLAMP_TO_EDGE;
     int wrapT = GL_CLAMP_TO_EDGE;
     if (shader) {
-        setEffectValues(program, shader, layer);
         minFilter = MShader::glFilter(shader->minFilter());
         magFilter = MShader::glFilter(shader->magFilter());
         wrapS = MShader::glWrap(shader->wrapS());
@@ -508,9 +541,6 @@ void MPaintEngine::drawLayer(MPaintParams* params)
     }
     QMatrix4x4 matrix;
     viewMatrix(params, matrix);
-    program->setUniformValue("mvp", matrix);
-    program->setUniformValue("f_opacity", float(params->opacity));
-    program->setUniformValue("f_globalTime", float(m_globalTime));
 
     const QRectF painted = m_canvas->paintedRect();
     MTextureLayer* strokeLayer = m_canvas->strokeLayer();
@@ -529,26 +559,67 @@ void MPaintEngine::drawLayer(MPaintParams* params)
     const int bottom = lastCell.y() * inner + inner - 1;
     const QRectF textureCoordinates(border, border, 1.0 - 2.0 * border, 1.0 - 2.0 * border);
 
+    // The uniforms that are the same for every cell, set once on each program
+    // the layer draws with: the plain one, and the variants that leave out a
+    // clipping test that can't discard anything in a cell.
+    QOpenGLShaderProgram* prepared[4] = {};
+    int preparedCount = 0;
+    const auto prepare = [&](QOpenGLShaderProgram* target) {
+        for (int i = 0; i < preparedCount; ++i) {
+            if (prepared[i] == target)
+                return;
+        }
+        if (preparedCount < 4)
+            prepared[preparedCount++] = target;
+        if (shader)
+            setEffectValues(target, shader, layer);
+        target->setUniformValue("mvp", matrix);
+        target->setUniformValue("f_opacity", float(params->opacity));
+        target->setUniformValue("f_globalTime", float(m_globalTime));
+        target->setUniformValue("f_textureSize", float(size));
+        target->setUniformValue("f_textureBorder", float(margin));
+        target->setUniformValue("f_paintedRectPos", painted.topLeft());
+        target->setUniformValue("f_paintedRectWidth", float(painted.width()));
+        target->setUniformValue("f_paintedRectHeight", float(painted.height()));
+        target->setUniformValue("f_clipToPaintedRect", params->clipToRect);
+        target->setUniformValue("f_eraserMode", strokeLayer->eraserMode());
+        target->setUniformValue("f_strokeOpacity", float(strokeLayer->opacity()));
+        target->setUniformValue("f_clipToSelection", clipToSelection);
+    };
+    prepare(program);
+    const int layerFlags = clipToSelection ? 0 : MShaderProgramList::NoSelectionClip;
+    int boundFlags = 0;
+    const ScissorGuard scissor(this, params, params->useDevicePixelRatio ? devicePixelRatio() : 1.0);
+
     for (int x = left; x <= right + inner; x += inner) {
         for (int y = top; y <= bottom + inner; y += inner) {
             const QRect cellRect(x, y, inner, inner);
             const QRect outer = cellRect.adjusted(-margin, -margin, margin, margin);
             if (params->clipToRect && !params->clipRect.intersects(outer))
                 continue;
+            if (!scissor.reaches(cellRect))
+                continue;
             const QPointF centre = QRectF(cellRect).center();
+            // A cell within the painted rectangle, edges included, has no
+            // fragment that the painted-rectangle test would discard.
+            const QRectF drawn(cellRect);
+            const bool inside =
+                !params->clipToRect || (drawn.left() >= painted.left() && drawn.right() <= painted.right() &&
+                                        drawn.top() >= painted.top() && drawn.bottom() <= painted.bottom());
+            const int flags = layerFlags | (inside ? MShaderProgramList::InsidePaintedRect : 0);
+            if (flags != boundFlags) {
+                QOpenGLShaderProgram* cellProgram =
+                    params->programList->bindWithAttributes(params->shaderName, params->vertexArray, flags);
+                if (!cellProgram)
+                    continue;
+                boundFlags = flags;
+                program = cellProgram;
+                prepare(program);
+            }
             program->setUniformValue("f_texturePos", QPointF(outer.topLeft()));
-            program->setUniformValue("f_textureSize", float(size));
-            program->setUniformValue("f_textureBorder", float(margin));
-            program->setUniformValue("f_paintedRectPos", painted.topLeft());
-            program->setUniformValue("f_paintedRectWidth", float(painted.width()));
-            program->setUniformValue("f_paintedRectHeight", float(painted.height()));
-            program->setUniformValue("f_clipToPaintedRect", params->clipToRect);
-            program->setUniformValue("f_eraserMode", strokeLayer->eraserMode());
-            program->setUniformValue("f_strokeOpacity", float(strokeLayer->opacity()));
-            program->setUniformValue("f_clipToSelection", clipToSelection);
 
             m_vertexBuffer->clear();
-            m_vertexBuffer->appendQuad(QRectF(cellRect), textureCoordinates, Qt::white, 0);
+            m_vertexBuffer->appendQuad(drawn, textureCoordinates, Qt::white, 0);
 
             MTextureBinder binder(this);
             const unsigned underTexture = tileTexture(params->underLayer, centre);
@@ -579,7 +650,11 @@ void MPaintEngine::drawLayer(MPaintParams* params)
             binder.releaseTextures();
         }
     }
-    params->programList->releaseAttributes(program, params->vertexArray);
+    // Attribute locations are the linker's choice, so each program used
+    // releases its own.
+    for (int i = 0; i < preparedCount; ++i)
+        params->programList->releaseAttributes(prepared[i], nullptr);
+    params->programList->releaseAttributes(nullptr, params->vertexArray);
     program->release();
     m_vertexBuffer->release();
 }

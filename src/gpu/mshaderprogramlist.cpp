@@ -17,6 +17,16 @@ namespace {
 const QString basicName = QStringLiteral("basic");
 const QString basicVertex = QStringLiteral(":/shaders/basic_vert.glsl");
 
+struct VariantMacro
+{
+    int flag;
+    const char* name;
+};
+constexpr VariantMacro variantMacros[] = {
+    {MShaderProgramList::InsidePaintedRect, "M_INSIDE_PAINTED_RECT"},
+    {MShaderProgramList::NoSelectionClip, "M_NO_SELECTION_CLIP"},
+};
+
 struct Attribute
 {
     const char* name;
@@ -98,6 +108,7 @@ MShaderProgramList::~MShaderProgramList()
         CurrentContextKeeper keeper(m_context.get());
         if (m_initialized)
             makePrivateCurrent();
+        m_variants.clear();
         m_programs.clear();
     }
     shutDown();
@@ -312,23 +323,99 @@ void MShaderProgramList::removeProgram(MShader* shader)
     else
         makePrivateCurrent();
     m_programs.erase(found);
+    for (auto it = m_variants.begin(); it != m_variants.end();) {
+        if (it->first.first == shader->id())
+            it = m_variants.erase(it);
+        else
+            ++it;
+    }
 }
 
-QOpenGLShaderProgram* MShaderProgramList::bind(const QString& name, QOpenGLVertexArrayObject* vao)
+QString MShaderProgramList::variantSource(const QString& fragment, int flags)
 {
-    QOpenGLShaderProgram* result = programByName(name);
-    if (!result) {
-        // Building happens on the private context; the drawing context must be
-        // current again before the caller sets a uniform.
-        QOpenGLContext* current = QOpenGLContext::currentContext();
-        m_savedContext = current != m_context.get() ? current : nullptr;
-        m_savedSurface = m_savedContext ? m_savedContext->surface() : nullptr;
-        result = program(name);
-        if (m_savedContext && m_savedSurface && QOpenGLContext::currentContext() != m_savedContext)
-            m_savedContext->makeCurrent(m_savedSurface);
-        m_savedContext = nullptr;
-        m_savedSurface = nullptr;
+    QString defines;
+    for (const VariantMacro& macro : variantMacros) {
+        if (flags & macro.flag)
+            defines += QStringLiteral("#define %1\n").arg(QLatin1String(macro.name));
     }
+    // After the #version line, which must stay first.
+    const int lineEnd = fragment.indexOf(QLatin1Char('\n'));
+    if (defines.isEmpty() || lineEnd < 0)
+        return fragment;
+    return fragment.left(lineEnd + 1) + defines + fragment.mid(lineEnd + 1);
+}
+
+QString MShaderProgramList::fragmentSourceOf(const QString& name) const
+{
+    const auto entry = m_systemPrograms.constFind(name);
+    if (entry != m_systemPrograms.constEnd())
+        return MShader::resourceLines(entry->fragment).join(QLatin1Char('\n'));
+    MShader* shader = MShaderList::instance()->shaderById(name);
+    bool assembled = false;
+    const QString source = shader ? shader->fragmentSource(&assembled) : QString();
+    return assembled ? source : QString();
+}
+
+QOpenGLShaderProgram* MShaderProgramList::variant(const QString& name, int flags)
+{
+    const std::pair<QString, int> key(name, flags);
+    const auto found = m_variants.find(key);
+    if (found != m_variants.end())
+        return found->second.get();
+    QOpenGLShaderProgram* plain = programByName(name);
+    if (!flags || !plain || !plain->isLinked())
+        return nullptr;
+    // Only the flags whose macro the source tests make a difference; the
+    // others share the program of the flags that do.
+    const QString fragment = fragmentSourceOf(name);
+    int effective = 0;
+    for (const VariantMacro& macro : variantMacros) {
+        if ((flags & macro.flag) && fragment.contains(QLatin1String(macro.name)))
+            effective |= macro.flag;
+    }
+    std::shared_ptr<QOpenGLShaderProgram>& slot = m_variants[key];
+    if (effective != flags) {
+        if (effective)
+            variant(name, effective);
+        slot = m_variants[std::make_pair(name, effective)];
+        return slot.get();
+    }
+    CurrentContextKeeper keeper(m_context.get());
+    if (!makePrivateCurrent())
+        return nullptr;
+    const auto entry = m_systemPrograms.constFind(name);
+    const QString vertex = entry != m_systemPrograms.constEnd() ? entry->vertex : basicVertex;
+    auto built = std::make_shared<QOpenGLShaderProgram>();
+    // The plain program compiled from the same text, so a failure here is
+    // ours, not the user's: the plain program goes on serving, silently.
+    if (built->addShaderFromSourceFile(QOpenGLShader::Vertex, vertex) &&
+        built->addShaderFromSourceCode(QOpenGLShader::Fragment, variantSource(fragment, flags)) &&
+        built->link())
+        slot = std::move(built);
+    return slot.get();
+}
+
+QOpenGLShaderProgram* MShaderProgramList::findOrBuild(const QString& name)
+{
+    if (QOpenGLShaderProgram* found = programByName(name))
+        return found;
+    // Building happens on the private context; the drawing context must be
+    // current again before the caller sets a uniform.
+    QOpenGLContext* current = QOpenGLContext::currentContext();
+    m_savedContext = current != m_context.get() ? current : nullptr;
+    m_savedSurface = m_savedContext ? m_savedContext->surface() : nullptr;
+    QOpenGLShaderProgram* result = program(name);
+    if (m_savedContext && m_savedSurface && QOpenGLContext::currentContext() != m_savedContext)
+        m_savedContext->makeCurrent(m_savedSurface);
+    m_savedContext = nullptr;
+    m_savedSurface = nullptr;
+    return result;
+}
+
+QOpenGLShaderProgram* MShaderProgramList::bind(const QString& name, QOpenGLVertexArrayObject* vao,
+                                               int variantFlags)
+{
+    QOpenGLShaderProgram* result = findOrBuild(name);
     if (!result)
         return nullptr;
 
@@ -343,6 +430,12 @@ QOpenGLShaderProgram* MShaderProgramList::bind(const QString& name, QOpenGLVerte
         if (!result || !result->isLinked())
             return nullptr;
     }
+    if (variantFlags) {
+        // A name that fell back stands for "basic", and takes its variant.
+        const QString& builtName = programByName(name) == result ? name : basicName;
+        if (QOpenGLShaderProgram* special = variant(builtName, variantFlags))
+            result = special;
+    }
     if (!result->bind())
         return nullptr;
     if (vao)
@@ -351,9 +444,9 @@ QOpenGLShaderProgram* MShaderProgramList::bind(const QString& name, QOpenGLVerte
 }
 
 QOpenGLShaderProgram* MShaderProgramList::bindWithAttributes(const QString& name,
-                                                             QOpenGLVertexArrayObject* vao)
+                                                             QOpenGLVertexArrayObject* vao, int variantFlags)
 {
-    QOpenGLShaderProgram* result = bind(name, vao);
+    QOpenGLShaderProgram* result = bind(name, vao, variantFlags);
     setupAttributes(result, vao);
     return result;
 }

@@ -8,6 +8,7 @@
 
 #include <map>
 #include <memory>
+#include <utility>
 
 class MShader;
 class QOffscreenSurface;
@@ -27,6 +28,21 @@ public:
     {
         QString fragment;
         QString vertex;
+    };
+
+    // What a draw can promise about itself, so that a program may be built
+    // without a test that could not change the result. Software GL runs both
+    // sides of a branch, so even a test whose uniform turns it off costs as
+    // much as one that runs. A program whose source doesn't guard the test
+    // with the macro is used as it is.
+    enum VariantFlag
+    {
+        // The painted-rectangle test can't discard: every fragment lies inside
+        // the rectangle, or the draw sets f_clipToPaintedRect false
+        // (M_INSIDE_PAINTED_RECT).
+        InsidePaintedRect = 0x1,
+        // f_clipToSelection is false for the draw (M_NO_SELECTION_CLIP).
+        NoSelectionClip = 0x2,
     };
 
     explicit MShaderProgramList(QObject* parent = nullptr);
@@ -58,9 +74,17 @@ public:
 
     // Looks up, links if needed, falls back to "basic", binds the program and
     // vao. Null only when not even "basic" can be had.
-    QOpenGLShaderProgram* bind(const QString& name, QOpenGLVertexArrayObject* vao);
+    // With variant flags, the program built with those promises is bound
+    // instead, where its source has them and it links; else the plain one.
+    QOpenGLShaderProgram* bind(const QString& name, QOpenGLVertexArrayObject* vao, int variantFlags = 0);
     // bind, then the vertex attributes; the vertex buffer must be bound.
-    QOpenGLShaderProgram* bindWithAttributes(const QString& name, QOpenGLVertexArrayObject* vao);
+    QOpenGLShaderProgram* bindWithAttributes(const QString& name, QOpenGLVertexArrayObject* vao,
+                                             int variantFlags = 0);
+    // Finds or builds the variant of a linked program; null when the program
+    // has no such variant and the plain one serves.
+    QOpenGLShaderProgram* variant(const QString& name, int flags);
+    // The source with the macros of the flags defined after its first line.
+    static QString variantSource(const QString& fragment, int flags);
     static void setupAttributes(QOpenGLShaderProgram* program, QOpenGLVertexArrayObject* vao);
     static void releaseAttributes(QOpenGLShaderProgram* program, QOpenGLVertexArrayObject* vao);
 
@@ -72,8 +96,13 @@ public:
 private:
     void addSystemProgramEntry(const QString& name, const QString& vertex, const QString& fragment);
     bool makePrivateCurrent();
+    QString fragmentSourceOf(const QString& name) const;
+    QOpenGLShaderProgram* findOrBuild(const QString& name);
 
     std::map<QString, std::unique_ptr<QOpenGLShaderProgram>> m_programs;
+    // By name and flags; null where the plain program serves. Flags that make
+    // no difference to a source share one program.
+    std::map<std::pair<QString, int>, std::shared_ptr<QOpenGLShaderProgram>> m_variants;
     std::unique_ptr<QOpenGLContext> m_context;
     std::unique_ptr<QOffscreenSurface> m_surface;
     // What was current when bind had to build; made current again afterwards.

@@ -138,6 +138,7 @@ private Q_SLOTS:
     void strokeOverLayerAndEraser();
     void selectionOutline();
     void stampingAndColorFeedback();
+    void variantsLeaveOutOnlyTheirTest();
 
 private:
     GLuint upload(const Pixels& pixels);
@@ -146,7 +147,8 @@ private:
     // target back.
     Pixels draw(const QString& programName, const std::vector<Sampler>& samplers,
                 const std::function<void(QOpenGLShaderProgram*)>& uniforms,
-                const QColor& vertexColor = Qt::white, QOpenGLShaderProgram** bound = nullptr);
+                const QColor& vertexColor = Qt::white, QOpenGLShaderProgram** bound = nullptr,
+                int variant = 0);
 
     QuillmereTest::GLContext m_gl;
     std::unique_ptr<MShaderProgramList> m_list;
@@ -212,7 +214,7 @@ void TestShaderProgramList::release(std::vector<GLuint> textures)
 
 Pixels TestShaderProgramList::draw(const QString& programName, const std::vector<Sampler>& samplers,
                                    const std::function<void(QOpenGLShaderProgram*)>& uniforms,
-                                   const QColor& vertexColor, QOpenGLShaderProgram** bound)
+                                   const QColor& vertexColor, QOpenGLShaderProgram** bound, int variant)
 {
     auto* gl = m_gl.gl();
     if (bound)
@@ -229,7 +231,7 @@ Pixels TestShaderProgramList::draw(const QString& programName, const std::vector
     const QRectF coordinates[2] = {QRectF(0, 0, 1, 1), QRectF(0, 0, 1, 1)};
     m_quad->appendQuad(QRectF(0, 0, N, N), vertexColor, coordinates, 2);
 
-    QOpenGLShaderProgram* program = m_list->bindWithAttributes(programName, m_vao.get());
+    QOpenGLShaderProgram* program = m_list->bindWithAttributes(programName, m_vao.get(), variant);
     if (bound)
         *bound = program;
     Pixels result;
@@ -776,4 +778,115 @@ void TestShaderProgramList::stampingAndColorFeedback()
 }
 
 QUILLMERE_TEST_MAIN(TestShaderProgramList)
+void TestShaderProgramList::variantsLeaveOutOnlyTheirTest()
+{
+    // The macros go right after the #version line, which must stay first.
+    QCOMPARE(MShaderProgramList::variantSource(QStringLiteral("#version 330 core\nvoid main() {}"),
+                                               MShaderProgramList::InsidePaintedRect |
+                                                   MShaderProgramList::NoSelectionClip),
+             QStringLiteral("#version 330 core\n#define M_INSIDE_PAINTED_RECT\n#define M_NO_SELECTION_CLIP\n"
+                            "void main() {}"));
+    QCOMPARE(MShaderProgramList::variantSource(QStringLiteral("#version 330 core\nx"), 0),
+             QStringLiteral("#version 330 core\nx"));
+
+    const Pixels source = pattern(7);
+    const GLuint texture = upload(source);
+    const int inside = MShaderProgramList::InsidePaintedRect;
+    QOpenGLShaderProgram* basic = m_list->programByName(QStringLiteral("basic"));
+
+    // "basic" built without its painted-rectangle test: where the test would
+    // discard nothing it draws the same, and where it would, it no longer does,
+    // which is why the engine asks for it only for cells inside the rectangle.
+    auto rect = [](QPointF position, QSizeF size) {
+        return [=](QOpenGLShaderProgram* p) {
+            p->setUniformValue("f_opacity", 0.8f);
+            p->setUniformValue("f_clipToPaintedRect", true);
+            p->setUniformValue("f_texturePos", QVector2D(0.f, 0.f));
+            p->setUniformValue("f_textureSize", float(N));
+            p->setUniformValue("f_paintedRectPos", QVector2D(position));
+            p->setUniformValue("f_paintedRectWidth", float(size.width()));
+            p->setUniformValue("f_paintedRectHeight", float(size.height()));
+        };
+    };
+    Pixels scaled(source);
+    for (QVector4D& texel : scaled)
+        texel *= 0.8f;
+    QOpenGLShaderProgram* bound = nullptr;
+    COMPARE_PIXELS(draw(QStringLiteral("basic"), {{"f_currentLayerTexture", texture}}, rect({0, 0}, {N, N}),
+                        Qt::white, &bound, inside),
+                   scaled);
+    QVERIFY(bound && bound != basic && bound->isLinked());
+    QCOMPARE(m_list->variant(QStringLiteral("basic"), inside), bound);
+    const Pixels half =
+        draw(QStringLiteral("basic"), {{"f_currentLayerTexture", texture}}, rect({0, 0}, {N / 2.0, N}));
+    QVERIFY(firstMismatch(half, scaled) != QString());
+    COMPARE_PIXELS(draw(QStringLiteral("basic"), {{"f_currentLayerTexture", texture}},
+                        rect({0, 0}, {N / 2.0, N}), Qt::white, nullptr, inside),
+                   scaled);
+
+    // A program without the guard has no variant: the plain one is bound.
+    QCOMPARE(m_list->variant(QStringLiteral("blit"), inside), nullptr);
+    QCOMPARE(m_list->bind(QStringLiteral("blit"), m_vao.get(), inside),
+             m_list->programByName(QStringLiteral("blit")));
+    m_list->programByName(QStringLiteral("blit"))->release();
+    m_vao->release();
+    QCOMPARE(m_list->variant(QStringLiteral("no such effect"), inside), nullptr);
+    QCOMPARE(m_list->bind(QStringLiteral("no such effect"), m_vao.get(), inside),
+             m_list->variant(QStringLiteral("basic"), inside));
+    basic->release();
+    m_vao->release();
+    QCOMPARE(m_list->variant(QStringLiteral("basic"), 0), nullptr);
+
+    // An effect without its selection block ignores a selection, and with
+    // f_clipToSelection false draws what the full program draws.
+    auto owned = std::make_unique<MShader>();
+    owned->setSource(QStringLiteral("@main\nvec4 c = texture(f_currentLayerTexture, v_texCoords0);\n"
+                                    "f_color = vec4(c.b, c.g, c.r, c.a) * f_opacity;\n"));
+    MShader* shader = MShaderList::instance()->addShader(std::move(owned));
+    const QString id = shader->id();
+    const GLuint selection = upload(mask({0, 128, 255}));
+    const std::vector<Sampler> samplers = {{"f_currentLayerTexture", texture},
+                                           {"f_selectionLayerTexture", selection}};
+    auto effectUniforms = [](bool clipToSelection) {
+        return [=](QOpenGLShaderProgram* p) {
+            p->setUniformValue("f_opacity", 1.0f);
+            p->setUniformValue("f_clipToPaintedRect", false);
+            p->setUniformValue("f_clipToSelection", clipToSelection);
+        };
+    };
+    Pixels swapped(source);
+    for (QVector4D& texel : swapped)
+        texel = QVector4D(texel.z(), texel.y(), texel.x(), texel.w());
+    const int noSelection = MShaderProgramList::NoSelectionClip;
+    COMPARE_PIXELS(draw(id, samplers, effectUniforms(false)), swapped);
+    COMPARE_PIXELS(draw(id, samplers, effectUniforms(false), Qt::white, &bound, noSelection), swapped);
+    QVERIFY(bound && bound != m_list->programByName(id));
+    QVERIFY(firstMismatch(draw(id, samplers, effectUniforms(true)), swapped) != QString());
+    COMPARE_PIXELS(draw(id, samplers, effectUniforms(true), Qt::white, nullptr, noSelection), swapped);
+
+    // An edited effect takes its variants with it: they are built anew from
+    // the new source.
+    shader->setSource(QStringLiteral("@main\nf_color = vec4(0.0, 0.5, 0.0, 0.5) * f_opacity;\n"));
+    QVERIFY(m_list->rebuildUserProgram(id));
+    COMPARE_PIXELS(draw(id, samplers, effectUniforms(false), Qt::white, nullptr, noSelection),
+                   filled(QVector4D(0.f, 0.5f, 0.f, 0.5f)));
+
+    // A broken effect falls back to "basic", in the variant of the flags that
+    // "basic" has.
+    shader->setSource(QStringLiteral("@main\nf_color = ;\n"));
+    {
+        DebugCapture capture;
+        QVERIFY(m_list->rebuildUserProgram(id));
+        QCOMPARE(m_list->bind(id, m_vao.get(), noSelection | inside),
+                 m_list->variant(QStringLiteral("basic"), inside));
+    }
+    basic->release();
+    m_vao->release();
+    QCOMPARE(m_list->variant(id, noSelection), nullptr);
+    QCOMPARE(QOpenGLContext::currentContext(), m_gl.context());
+
+    release({texture, selection});
+    QVERIFY(MShaderList::instance()->removeShader(id));
+}
+
 #include "tst_mshaderprogramlist.moc"

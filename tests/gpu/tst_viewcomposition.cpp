@@ -17,6 +17,7 @@
 
 #include <QOpenGLFramebufferObject>
 #include <QOpenGLVertexArrayObject>
+#include <QPainterPath>
 
 #include <cmath>
 #include <functional>
@@ -198,6 +199,7 @@ private Q_SLOTS:
     void timeLineFrames();
     void clipRectLimitsCells();
     void effectInTheViewContext();
+    void effectKeepsToSelectionAndPage();
 
 private:
     bool render(MCanvas& canvas, const View& view, Frame* frame);
@@ -520,6 +522,32 @@ void TestViewComposition::clipRectLimitsCells()
             }
         }
     }
+
+    // Damaged areas that reach a pixel or two into the next cell, across a
+    // vertical and a horizontal cell edge: the cell beyond draws exactly
+    // those pixels, whose centres lie in the area, edges included, and
+    // nothing else is touched.
+    const auto colourAt = [&](const QPointF& q) {
+        return cellColour(floorDiv(int(std::floor(q.x())), 500), floorDiv(int(std::floor(q.y())), 500));
+    };
+    for (const QRectF& area : {QRectF(470, 230, 31.5, 20), QRectF(498.5, 230, 20, 20),
+                               QRectF(230, 470, 20, 31.5), QRectF(230, 498.5, 20, 20)}) {
+        View view;
+        view.at = QPointF(area.center().toPoint());
+        view.clear = clear;
+        view.adjust = [&](MPaintParams& params) { params.clipRect = area; };
+        const QString wrong = check(
+            canvas, view,
+            [&](const QPointF& q) {
+                const bool inside = q.x() >= area.left() && q.x() <= area.right() && q.y() >= area.top() &&
+                                    q.y() <= area.bottom();
+                return inside ? over(colourAt(q), clearRgba) : clearRgba;
+            },
+            exactTolerance);
+        QVERIFY2(wrong.isEmpty(), qPrintable(QString::asprintf("area %g,%g %gx%g: ", area.x(), area.y(),
+                                                               area.width(), area.height()) +
+                                             wrong));
+    }
 }
 
 void TestViewComposition::effectInTheViewContext()
@@ -554,6 +582,59 @@ void TestViewComposition::effectInTheViewContext()
         const QString wrong = check(
             canvas, view, [&](const QPointF&) { return expected; }, exactTolerance);
         QVERIFY2(wrong.isEmpty(), qPrintable(QStringLiteral("pass %1: %2").arg(pass).arg(wrong)));
+    }
+    MShaderList::instance()->removeShader(id);
+}
+
+void TestViewComposition::effectKeepsToSelectionAndPage()
+{
+    // A page that cuts through cells on every side, so that the view has
+    // cells wholly inside it and cells across its edges; an effect on the
+    // layer, and a selection over part of the page.
+    auto effect = std::make_unique<MShader>();
+    effect->setSource(QStringLiteral("@main\nvec4 c = texture(f_currentLayerTexture, v_texCoords0);\n"
+                                     "f_color = vec4(c.b, c.g, c.r, c.a) * f_opacity;"));
+    const QString id = MShaderList::instance()->addShader(std::move(effect))->id();
+    MCanvas canvas;
+    const QRectF page(-100, -100, 700, 650);
+    canvas.setPaintedRect(page);
+    QVERIFY(m_gl.makeCurrent());
+    const Rgba colour{200, 100, 50, 255};
+    const Rgba swapped{50, 100, 200, 255};
+    QVERIFY(paint(canvas.at(0), uniform(QRect(-600, -600, 1800, 1800), colour)));
+    const QRect selected(-50, 120, 400, 300);
+    canvas.at(0)->set_shaderId(id);
+
+    // One canvas pixel per view pixel, pixel centres on texel centres.
+    View view;
+    view.at = QPointF(250, 225);
+    view.size = QSize(800, 760);
+    const auto inPage = [&](const QPointF& q) {
+        return q.x() >= page.left() && q.x() <= page.right() && q.y() >= page.top() && q.y() <= page.bottom();
+    };
+    for (const bool withSelection : {true, false}) {
+        if (withSelection) {
+            QPainterPath path;
+            path.addRect(selected);
+            canvas.setClipPath(path);
+            QVERIFY(canvas.hasSelection());
+        } else {
+            canvas.resetClipPath();
+            QVERIFY(!canvas.hasSelection());
+        }
+        const QString wrong = check(
+            canvas, view,
+            [&](const QPointF& q) {
+                if (!inPage(q))
+                    return Rgba();
+                return !withSelection ||
+                               selected.contains(QPoint(int(std::floor(q.x())), int(std::floor(q.y()))))
+                           ? swapped
+                           : colour;
+            },
+            exactTolerance);
+        QVERIFY2(wrong.isEmpty(),
+                 qPrintable(QStringLiteral("selection %1: %2").arg(withSelection).arg(wrong)));
     }
     MShaderList::instance()->removeShader(id);
 }

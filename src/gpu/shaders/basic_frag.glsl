@@ -21,6 +21,7 @@ out vec4 f_color;
 void main(void)
 {
     // Nothing is written outside the painted rectangle; its edges belong to it.
+#ifndef M_INSIDE_PAINTED_RECT
     if (f_clipToPaintedRect) {
         float tx = f_texturePos.x + v_texCoords0.s * f_textureSize;
         float ty = f_texturePos.y + v_texCoords0.t * f_textureSize;
@@ -28,5 +29,6 @@ void main(void)
             || ty < f_paintedRectPos.y || ty > f_paintedRectPos.y + f_paintedRectHeight)
             discard;
     }
+#endif
     f_color = texture(f_currentLayerTexture, v_texCoords0) * f_opacity;
 }

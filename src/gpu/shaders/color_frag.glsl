@@ -19,6 +19,7 @@ out vec4 f_color;
 
 void main(void)
 {
+#ifndef M_INSIDE_PAINTED_RECT
     if (f_clipToPaintedRect) {
         float tx = f_texturePos.x + v_texCoords0.s * f_textureSize;
         float ty = f_texturePos.y + v_texCoords0.t * f_textureSize;
@@ -26,5 +27,6 @@ void main(void)
             || ty < f_paintedRectPos.y || ty > f_paintedRectPos.y + f_paintedRectHeight)
             discard;
     }
+#endif
     f_color = vec4(v_color.rgb * v_color.a, v_color.a) * f_opacity;
 }

@@ -20,6 +20,7 @@ out vec4 f_color;
 
 void main(void)
 {
+#ifndef M_INSIDE_PAINTED_RECT
     if (f_clipToPaintedRect) {
         float tx = f_texturePos.x + v_texCoords0.s * f_textureSize;
         float ty = f_texturePos.y + v_texCoords0.t * f_textureSize;
@@ -27,5 +28,6 @@ void main(void)
             || ty < f_paintedRectPos.y || ty > f_paintedRectPos.y + f_paintedRectHeight)
             discard;
     }
+#endif
     f_color = texture(f_paperTexture, v_texCoords0) * f_opacity;
 }

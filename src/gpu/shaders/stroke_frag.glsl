@@ -26,6 +26,7 @@ out vec4 f_color;
 
 void main(void)
 {
+#ifndef M_INSIDE_PAINTED_RECT
     if (f_clipToPaintedRect) {
         float tx = f_texturePos.x + v_texCoords0.s * f_textureSize;
         float ty = f_texturePos.y + v_texCoords0.t * f_textureSize;
@@ -33,6 +34,7 @@ void main(void)
             || ty < f_paintedRectPos.y || ty > f_paintedRectPos.y + f_paintedRectHeight)
             discard;
     }
+#endif
     vec4 layer = texture(f_currentLayerTexture, v_texCoords0);
     vec4 stroke = texture(f_strokeLayerTexture, v_texCoords0);
     float a = stroke.a * f_strokeOpacity;
