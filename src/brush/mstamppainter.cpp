@@ -47,6 +47,10 @@ bool clipsToSelection(const MCanvas* canvas)
     return canvas->hasSelection() && canvas->clipStroke();
 }
 
+// The composition mode that needs no read of the layer: the number of
+// "foreground over" in the brush engines' header.
+constexpr int foregroundOver = 0;
+
 } // namespace
 
 MStampPainter::MStampPainter(MSharedData* sharedData) : m_sharedData(sharedData) {}
@@ -188,7 +192,7 @@ bool MStampPainter::drawTile(MTextureTile* target, const QVector<MVertex>& stamp
     MShader* engine = engineId.isEmpty() ? nullptr : MShaderList::instance()->shaderById(engineId);
     MShaderProgramList* programs = m_sharedData->programList();
     QOpenGLShaderProgram* program = programs->bindWithAttributes(
-        engineId.isEmpty() ? stampingProgram : engineId, m_sharedData->vertexArray());
+        engineId.isEmpty() ? stampingProgram : engineId, m_sharedData->vertexArray(), variantFlags(values));
     if (!program) {
         MLogger::systemError(source, QStringLiteral("Unable to find a shader program"));
         buffer->release();
@@ -245,6 +249,40 @@ bool MStampPainter::drawTile(MTextureTile* target, const QVector<MVertex>& stamp
     return true;
 }
 
+bool MStampPainter::hasBrushTexture() const
+{
+    const QOpenGLTexture* brushTexture = m_sharedData->brushTexture();
+    return brushTexture && brushTexture->isCreated();
+}
+
+bool MStampPainter::inheritsAlphaUnder(const MBrush::SettingValues& values) const
+{
+    // A masked layer under the current one lends its alpha whatever the brush says.
+    const MTextureLayer* under = m_sharedData->underLayer();
+    return under && (values[MEnum::bsInheritAlphaUnder] != 0.0 || under->mask() != MLayer::NoMask);
+}
+
+int MStampPainter::variantFlags(const MBrush::SettingValues& values) const
+{
+    // Each flag stands for a uniform of setUniforms that switches a part of
+    // the stamp off, tested as the program tests it.
+    int flags = 0;
+    if (!clipsToSelection(m_sharedData->canvas()))
+        flags |= MShaderProgramList::NoSelectionClip;
+    if (!hasBrushTexture())
+        flags |= MShaderProgramList::NoBrushTexture;
+    if (!inheritsAlphaUnder(values))
+        flags |= MShaderProgramList::NoAlphaUnder;
+    if (values[MEnum::bsUseBorderColor] == 0.0)
+        flags |= MShaderProgramList::NoBorderColor;
+    if (float(values[MEnum::bsColorAbsorbtionRate]) == 0.0f)
+        flags |= MShaderProgramList::DryBrush;
+    if (truncated(values[MEnum::bsCompositionMode]) == foregroundOver &&
+        values[MEnum::bsInheritAlphaCurrent] == 0.0)
+        flags |= MShaderProgramList::ForegroundOver;
+    return flags;
+}
+
 void MStampPainter::setUniforms(QOpenGLShaderProgram* program, const MBrush::SettingValues& values,
                                 MTextureTile* target) const
 {
@@ -255,16 +293,10 @@ void MStampPainter::setUniforms(QOpenGLShaderProgram* program, const MBrush::Set
     program->setUniformValue("f_opacity", float(values[MEnum::bsOpacity]));
     program->setUniformValue("f_compositionMode", GLint(truncated(values[MEnum::bsCompositionMode])));
     program->setUniformValue("f_inheritAlphaCurrent", flag(values[MEnum::bsInheritAlphaCurrent] != 0.0));
-    // A masked layer under the current one lends its alpha whatever the brush says.
-    if (MTextureLayer* under = m_sharedData->underLayer()) {
-        program->setUniformValue("f_inheritAlphaUnder", flag(values[MEnum::bsInheritAlphaUnder] != 0.0 ||
-                                                             under->mask() != MLayer::NoMask));
+    program->setUniformValue("f_inheritAlphaUnder", flag(inheritsAlphaUnder(values)));
+    if (MTextureLayer* under = m_sharedData->underLayer())
         program->setUniformValue("f_alphaEquation", GLint(under->mask()));
-    } else {
-        program->setUniformValue("f_inheritAlphaUnder", flag(false));
-    }
-    const QOpenGLTexture* brushTexture = m_sharedData->brushTexture();
-    const bool hasTexture = brushTexture && brushTexture->isCreated();
+    const bool hasTexture = hasBrushTexture();
     program->setUniformValue("f_hasTexture", flag(hasTexture));
     if (hasTexture)
         program->setUniformValue("f_preserveTextureColor",

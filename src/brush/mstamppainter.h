@@ -44,6 +44,10 @@ public:
     void setUniforms(QOpenGLShaderProgram* program, const MBrush::SettingValues& values,
                      MTextureTile* target) const;
 
+    // The program variant that leaves out what the uniforms of setUniforms
+    // switch off for these values (MShaderProgramList::VariantFlag).
+    int variantFlags(const MBrush::SettingValues& values) const;
+
     // The colours of a row of settings: hue, saturation and value each held
     // to 0..1, opaque.
     static QColor brushColor(const MBrush::SettingValues& values);
@@ -52,6 +56,8 @@ public:
     static int truncated(double value);
 
 private:
+    bool hasBrushTexture() const;
+    bool inheritsAlphaUnder(const MBrush::SettingValues& values) const;
     bool drawTile(MTextureTile* target, const QVector<MVertex>& stamps, const MBrush::SettingValues& values,
                   const QPointF& offset);
 

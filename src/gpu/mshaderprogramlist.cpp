@@ -25,6 +25,11 @@ struct VariantMacro
 constexpr VariantMacro variantMacros[] = {
     {MShaderProgramList::InsidePaintedRect, "M_INSIDE_PAINTED_RECT"},
     {MShaderProgramList::NoSelectionClip, "M_NO_SELECTION_CLIP"},
+    {MShaderProgramList::NoBrushTexture, "M_NO_BRUSH_TEXTURE"},
+    {MShaderProgramList::NoAlphaUnder, "M_NO_ALPHA_UNDER"},
+    {MShaderProgramList::NoBorderColor, "M_NO_BORDER_COLOR"},
+    {MShaderProgramList::DryBrush, "M_DRY_BRUSH"},
+    {MShaderProgramList::ForegroundOver, "M_FOREGROUND_OVER"},
 };
 
 struct Attribute

@@ -43,6 +43,16 @@ public:
         InsidePaintedRect = 0x1,
         // f_clipToSelection is false for the draw (M_NO_SELECTION_CLIP).
         NoSelectionClip = 0x2,
+        // Stamps: f_hasTexture is false (M_NO_BRUSH_TEXTURE).
+        NoBrushTexture = 0x4,
+        // Stamps: f_inheritAlphaUnder is false (M_NO_ALPHA_UNDER).
+        NoAlphaUnder = 0x8,
+        // Stamps: f_useBorderColor is false (M_NO_BORDER_COLOR).
+        NoBorderColor = 0x10,
+        // Stamps: f_colorAbsorbtionRate is 0 (M_DRY_BRUSH).
+        DryBrush = 0x20,
+        // Stamps: foreground over without f_inheritAlphaCurrent (M_FOREGROUND_OVER).
+        ForegroundOver = 0x40,
     };
 
     explicit MShaderProgramList(QObject* parent = nullptr);

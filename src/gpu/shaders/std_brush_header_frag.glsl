@@ -9,6 +9,10 @@
 //     if (alpha < 0.004)
 //         discard;
 //     f_color = getStandardComposition(getStandardColor(uv, alpha), alpha);
+//
+// The blocks under M_NO_BRUSH_TEXTURE, M_NO_ALPHA_UNDER, M_NO_SELECTION_CLIP,
+// M_NO_BORDER_COLOR, M_DRY_BRUSH and M_FOREGROUND_OVER are left out of the
+// variants that a pass asks for when the uniforms that switch them are off.
 
 // Composition modes. The numbers are those of bsCompositionMode and of the
 // brush engines' header.
@@ -387,6 +391,7 @@ float getAlphaSmoothShape(vec2 uv, int shape, float hardness)
 float getStandardAlpha(vec2 uv)
 {
     float alpha;
+#ifndef M_NO_BRUSH_TEXTURE
     if (f_hasTexture) {
         if (f_antialiasing == M_NO_ANTIALIASING)
             alpha = getAlphaTexture(uv);
@@ -394,7 +399,9 @@ float getStandardAlpha(vec2 uv)
             alpha = getAlphaSmoothTexture(uv);
         else
             alpha = getAlphaAntialiasedTexture(uv);
-    } else {
+    } else
+#endif
+    {
         // Unsmoothed, a shape is fully hard for an engine, whatever
         // f_hardness says; the default engine keeps the brush's hardness.
         if (f_antialiasing == M_NO_ANTIALIASING)
@@ -414,17 +421,21 @@ float getStandardAlpha(vec2 uv)
         alpha = 0.0;
     alpha *= f_flow;
 
+#ifndef M_NO_ALPHA_UNDER
     if (f_inheritAlphaUnder) {
         float under = texture(f_underLayerTexture, v_texCoords1).a;
         alpha *= f_alphaEquation == 1 ? under : 1.0 - under;
     }
+#endif
     return alpha;
 }
 
 float getStandardClipping(float alpha)
 {
+#ifndef M_NO_SELECTION_CLIP
     if (f_clipToSelection)
         return alpha * texture(f_selectionLayerTexture, v_texCoords1).a;
+#endif
     return alpha;
 }
 
@@ -433,10 +444,13 @@ float getStandardClipping(float alpha)
 vec3 getStandardColor(vec2 uv, float alpha)
 {
     vec3 color = v_color.rgb;
+#ifndef M_NO_BRUSH_TEXTURE
     if (f_hasTexture && f_preserveTextureColor)
         color = mix(unmultiply(texture(f_brushTexture, uv)), v_color.rgb, 0.5);
+#endif
 
     // A border colour replaces everything above, texture colour included.
+#ifndef M_NO_BORDER_COLOR
     if (f_useBorderColor) {
         float l = length(uv - vec2(0.5, 0.5));
         if (l < 0.3)
@@ -444,12 +458,15 @@ vec3 getStandardColor(vec2 uv, float alpha)
         else
             color = mix(v_color.rgb, f_borderColor.rgb, smoothstep(0.3, 0.5, l));
     }
+#endif
 
     // A wet brush lays the paint it picked up over its own colour.
+#ifndef M_DRY_BRUSH
     if (f_colorAbsorbtionRate != 0.0) {
         vec3 picked = unmultiply(textureLod(f_colorTexture, uv, 0.0));
         color = mix(picked, color, f_colorFlowingRate);
     }
+#endif
     return color;
 }
 
@@ -519,6 +536,9 @@ vec4 getStandardComposition(vec3 Sc, float alpha)
 {
     // Foreground over reduces to the source whatever the layer holds: the
     // layer needn't be read.
+#ifdef M_FOREGROUND_OVER
+    return vec4(Sc * alpha, alpha);
+#else
     if (f_compositionMode == M_FOREGROUNDOVER && !f_inheritAlphaCurrent)
         return vec4(Sc * alpha, alpha);
     vec4 Dca = texture(f_currentLayerTexture, v_texCoords1);
@@ -546,4 +566,5 @@ vec4 getStandardComposition(vec3 Sc, float alpha)
     vec3 rgb = c * Sca.a * Dca.a + Y * Sca.rgb * (1.0 - Dca.a) + Z * Dca.rgb * (1.0 - Sca.a);
     float a = X * Sca.a * Dca.a + Y * Sca.a * (1.0 - Dca.a) + Z * Dca.a * (1.0 - Sca.a);
     return vec4(rgb, a);
+#endif
 }
