@@ -4,6 +4,8 @@
 #include "app/mlogger.h"
 #include "app/msettings.h"
 #include "app/mutility.h"
+#include "tools/maction.h"
+#include "tools/mactionlist.h"
 
 #include <QAction>
 #include <QApplication>
@@ -46,24 +48,6 @@ QMetaProperty settingProperty(const QString& key)
     const QMetaObject* meta = MSettings::instance()->metaObject();
     const int index = meta->indexOfProperty(key.toLatin1().constData());
     return index < 0 ? QMetaProperty() : meta->property(index);
-}
-
-// An action's text as a menu shows it: "&&" is an ampersand, a lone "&"
-// marks the mnemonic and isn't shown.
-QString withoutMnemonic(const QString& text)
-{
-    QString result;
-    for (int i = 0; i < text.size(); ++i) {
-        if (text.at(i) == QLatin1Char('&')) {
-            if (i + 1 < text.size() && text.at(i + 1) == QLatin1Char('&')) {
-                result += QLatin1Char('&');
-                ++i;
-            }
-            continue;
-        }
-        result += text.at(i);
-    }
-    return result;
 }
 
 QStringList paperFileNames()
@@ -393,15 +377,15 @@ QWidget* DSettings::buildShortcutsPage()
     search->setClearButtonEnabled(true);
     connect(search, &QLineEdit::textChanged, this, &DSettings::filterShortcuts);
 
-    if (m_actionsWidget) {
-        const QList<QAction*> actions = m_actionsWidget->findChildren<QAction*>();
-        for (QAction* action : actions) {
-            if (action->objectName().isEmpty())
-                continue;
-            const QString text = withoutMnemonic(action->text());
-            m_shortcuts.append({action, action->objectName(), text.isEmpty() ? action->objectName() : text,
-                                action->shortcut()});
-        }
+    // The rows are those of the window's action list: named actions with a
+    // description.
+    MActionList actionList;
+    actionList.rebuild(m_actionsWidget);
+    for (int row = 0; row < actionList.count(); ++row) {
+        const auto* entry = qobject_cast<const MAction*>(actionList.item(row));
+        QAction* action = entry ? entry->action() : nullptr;
+        if (action)
+            m_shortcuts.append({action, action->objectName(), entry->description(), action->shortcut()});
     }
 
     m_shortcutTable = new QTableWidget(m_shortcuts.size(), 2, page);
