@@ -85,8 +85,6 @@ QRectF MStampPainter::addStamp(QVector<MVertex>& stamps, const QPointF& position
                                double angle, const QColor& color)
 {
     const QRectF rect(position.x() - radius, position.y() - radius, 2 * radius, 2 * radius);
-    const double reach = radius * 1.42;
-    const QRectF bounds(position.x() - reach, position.y() - reach, 2 * reach, 2 * reach);
 
     QMatrix4x4 transform;
     transform.translate(float(position.x()), float(position.y()));
@@ -110,7 +108,13 @@ QRectF MStampPainter::addStamp(QVector<MVertex>& stamps, const QPointF& position
     const MVertex bottomRight = corner(rect.bottomRight(), 1.f, 1.f);
     const MVertex topRight = corner(rect.topRight(), 1.f, 0.f);
     stamps << bottomLeft << topLeft << bottomRight << topLeft << topRight << bottomRight;
-    return bounds;
+    return stampBounds(position, radius);
+}
+
+QRectF MStampPainter::stampBounds(const QPointF& position, double radius)
+{
+    const double reach = radius * 1.42;
+    return QRectF(position.x() - reach, position.y() - reach, 2 * reach, 2 * reach);
 }
 
 bool MStampPainter::drawStamps(const QSet<MTile*>& tiles, const QVector<MVertex>& stamps,

@@ -32,6 +32,8 @@ public:
     // holds the stamp at any angle while the ratio is at most 1.
     static QRectF addStamp(QVector<MVertex>& stamps, const QPointF& position, double radius, double ratio,
                            double angle, const QColor& color);
+    // Those bounds alone.
+    static QRectF stampBounds(const QPointF& position, double radius);
 
     // Renders all stamps into each tile of the stroke layer, reading the
     // current layer at the same place (that layer gets a tile there when it

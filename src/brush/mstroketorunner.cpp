@@ -78,15 +78,14 @@ bool MStrokeToRunner::inCanvas(const QRectF& rect) const
 {
     const QRectF reach =
         m_sharedData->canvas()->paintedRect().adjusted(-canvasReach, -canvasReach, canvasReach, canvasReach);
-    return reach.contains(rect) || reach.intersects(rect);
+    return reach.intersects(rect);
 }
 
 QRectF MStrokeToRunner::addStamp(QVector<MVertex>& stamps, const QPointF& position, const QColor& color)
 {
     const MBrush::SettingValues& values = *m_sharedData->values(m_index);
     const double radius = values[MEnum::bsRadius];
-    const double reach = radius * 1.42;
-    const QRectF bounds(position.x() - reach, position.y() - reach, 2 * reach, 2 * reach);
+    const QRectF bounds = MStampPainter::stampBounds(position, radius);
     if (!inCanvas(bounds))
         return QRectF();
     MStampPainter::addStamp(stamps, position, radius, values[MEnum::bsRatio], values[MEnum::bsAngle], color);
@@ -166,8 +165,9 @@ void MStrokeToRunner::getColorSample(const QPointF& position, bool clear)
         gl->glClear(GL_COLOR_BUFFER_BIT);
 
         const QRectF outer(layerTile->outerRect());
-        const QRectF mapped((area.left() - outer.left()) / outer.width(), (area.top() - outer.top()) / outer.height(),
-                            area.width() / outer.width(), area.height() / outer.height());
+        const QRectF mapped((area.left() - outer.left()) / outer.width(),
+                            (area.top() - outer.top()) / outer.height(), area.width() / outer.width(),
+                            area.height() / outer.height());
         buffer->bind();
         buffer->clear();
         const QRectF sets[2] = {QRectF(0.0, 0.0, 1.0, 1.0), mapped};
@@ -215,7 +215,8 @@ void MStrokeToRunner::run()
         return;
     MCanvas* canvas = m_sharedData->canvas();
     if (!canvas->makeCurrent()) {
-        MLogger::systemError(QStringLiteral("MStrokeToRunner::run"), QStringLiteral("Unable to make current context"));
+        MLogger::systemError(QStringLiteral("MStrokeToRunner::run"),
+                             QStringLiteral("Unable to make current context"));
         return;
     }
     const MEvent last = *lastEvent;
@@ -233,7 +234,6 @@ void MStrokeToRunner::run()
         const QRectF bounds = addStamp(stamps, position, brushColor());
         runRect = runRect.united(bounds);
         collectTiles(bounds, strokeLayer, batchTiles);
-        runTiles.unite(batchTiles);
         return position;
     };
 
@@ -254,9 +254,9 @@ void MStrokeToRunner::run()
                 getColorSample(position, true);
         }
     } else {
-        const double distance =
-            double(QVector2D(float(m_event.positionX - last.positionX), float(m_event.positionY - last.positionY))
-                       .length());
+        const double distance = double(
+            QVector2D(float(m_event.positionX - last.positionX), float(m_event.positionY - last.positionY))
+                .length());
         double step = values[MEnum::bsSpacing];
         // Short moves add up until they reach the spacing: the last stamp stays.
         if (step >= distance)
@@ -268,13 +268,15 @@ void MStrokeToRunner::run()
             if (absorbing && m_sharedData->stampCount() % colorSamplePeriod == 0) {
                 getColorSample(position, false);
                 drawStampBuffer(batchTiles, stamps, QPointF());
+                runTiles.unite(batchTiles);
                 batchTiles.clear();
                 stamps.clear();
             }
             step += qMax(values[MEnum::bsSpacing], minimumStep);
         }
     }
-    drawStampBuffer(absorbing ? batchTiles : runTiles, stamps, QPointF());
+    runTiles.unite(batchTiles);
+    drawStampBuffer(batchTiles, stamps, QPointF());
     for (MTile* tile : qAsConst(runTiles)) {
         if (auto* textureTile = dynamic_cast<MTextureTile*>(tile)) {
             textureTile->updateMipmaps();
@@ -286,8 +288,8 @@ void MStrokeToRunner::run()
     m_sharedData->setStrokeRectangle(m_sharedData->strokeRectangle().united(runRect));
     if (canvas->autoExtent() && !canvas->hasSelection()) {
         const double margin = canvas->paintMargin();
-        const QRectF grown =
-            canvas->paintedRect().united(m_sharedData->strokeRectangle().adjusted(-margin, -margin, margin, margin));
+        const QRectF grown = canvas->paintedRect().united(
+            m_sharedData->strokeRectangle().adjusted(-margin, -margin, margin, margin));
         canvas->setPaintedRect(QRectF(grown.toAlignedRect()));
     }
     Q_EMIT canvas->refresh(true, runRect);
